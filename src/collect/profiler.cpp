@@ -1,0 +1,113 @@
+#include "collect/profiler.h"
+
+#include <string_view>
+
+#include "base/console.h"
+#include "base/formatString.h"
+#include "collect/commandRunner.h"
+
+namespace {
+
+// The wrapper that the profiler puts around its dictionaries, byte for byte.
+constexpr std::string_view kProlog =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n"
+    "<array>\n";
+constexpr std::string_view kEpilogue = "</array>\n</plist>\n";
+static_assert(kProlog.size() == 172 && kEpilogue.size() == 18);
+
+constexpr std::int32_t kChunkSize = 65536;  // bytes
+
+// What is cut off a data type's document, in bytes.
+struct Cut {
+  std::size_t front;
+  std::size_t back;
+};
+
+constexpr Cut cutFor(PieceMode mode) {
+  switch (mode) {
+    case PieceMode::First:
+      return {0, kEpilogue.size()};
+    case PieceMode::Middle:
+      return {kProlog.size(), kEpilogue.size()};
+    case PieceMode::Last:
+      break;
+  }
+  return {kProlog.size(), 0};
+}
+
+struct Step {
+  const char* dataTypes[2];  // the second one may be null
+  PieceMode mode;
+  int percent;  // printed after the step; 0 prints nothing
+};
+
+constexpr Step kSteps[] = {
+    {{"SPHardwareDataType", nullptr},                   PieceMode::First,  0  },
+    {{"SPNetworkDataType", nullptr},                    PieceMode::Middle, 10 },
+    {{"SPSoftwareDataType", nullptr},                   PieceMode::Middle, 0  },
+    {{"SPParallelATADataType", nullptr},                PieceMode::Middle, 20 },
+    {{"SPAudioDataType", nullptr},                      PieceMode::Middle, 0  },
+    {{"SPBluetoothDataType", nullptr},                  PieceMode::Middle, 30 },
+    {{"SPFireWireDataType", nullptr},                   PieceMode::Middle, 0  },
+    {{"SPDisplaysDataType", nullptr},                   PieceMode::Middle, 40 },
+    {{"SPMemoryDataType", nullptr},                     PieceMode::Middle, 0  },
+    {{"SPPrintersDataType", nullptr},                   PieceMode::Middle, 50 },
+    {{"SPSerialATADataType", "SPParallelSCSIDataType"}, PieceMode::Middle, 0  },
+    {{"SPUSBDataType", nullptr},                        PieceMode::Middle, 60 },
+    {{"SPAirPortDataType", nullptr},                    PieceMode::Middle, 0  },
+    {{"SPFirewallDataType", nullptr},                   PieceMode::Middle, 70 },
+    {{"SPNetworkLocationDataType", nullptr},            PieceMode::Middle, 0  },
+    {{"SPNetworkVolumeDataType", nullptr},              PieceMode::Middle, 80 },
+    {{"SPApplicationsDataType", nullptr},               PieceMode::Middle, 0  },
+    {{"SPStartupItemDataType", nullptr},                PieceMode::Middle, 90 },
+    {{"SPDiscBurningDataType", nullptr},                PieceMode::Middle, 0  },
+    {{"SPStorageDataType", nullptr},                    PieceMode::Middle, 0  },
+    {{"SPNVMeDataType", nullptr},                       PieceMode::Middle, 0  },
+    {{"SPPowerDataType", nullptr},                      PieceMode::Last,   100},
+};
+
+}  // namespace
+
+std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
+                            std::uint32_t& length) {
+  std::string piece = runCommandUntilItPrints(
+      host, formatString("system_profiler -detailLevel full -xml %s", dataType.c_str()),
+      kChunkSize);
+  const Cut cut = cutFor(mode);
+  if (piece.size() < cut.front + cut.back) {
+    piece.clear();
+  } else {
+    piece.resize(piece.size() - cut.back);
+    piece.erase(0, cut.front);
+  }
+  length = static_cast<std::uint32_t>(piece.size());
+  return piece;
+}
+
+std::string collectProfile(platform::Host& host, std::uint32_t& totalLength, bool progress) {
+  std::string document;
+  for (const Step& step : kSteps) {
+    for (const char* dataType : step.dataTypes) {
+      if (dataType == nullptr) continue;
+      std::uint32_t length = 0;
+      const std::string piece = profileDataType(host, dataType, step.mode, length);
+      if (length > 0) {
+        document += piece;
+      } else if (step.mode == PieceMode::First) {
+        document += kProlog;
+      } else if (step.mode == PieceMode::Last) {
+        document += kEpilogue;
+      }
+    }
+    if (progress && step.percent > 0) printText("%d%%\n", step.percent);
+  }
+  totalLength = static_cast<std::uint32_t>(document.size());
+  return document;
+}
+
+std::string collectRawProfile(platform::Host& host) {
+  return runCommandUntilItPrints(host, "system_profiler -detailLevel full -xml", kChunkSize);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/host.h"
+
+// Collects what `system_profiler` says of the machine.
+
+// Which part of one data type's document is kept, so that the pieces make one document.
+enum class PieceMode {
+  Middle = 0,  // without the XML around its dictionaries
+  First = 1,   // with what stands before them
+  Last = 2,    // with what stands behind them
+};
+
+// Runs the profiler for one data type and returns its piece; `length` receives its length. The
+// wrapper is cut off by its length, never looked for: a document that cannot hold more than the
+// wrapper gives an empty piece.
+std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
+                            std::uint32_t& length);
+
+// Runs the profiler for every data type that a scan reads, one after the other, and returns one
+// property list with the dictionaries of all of them; `totalLength` receives its length. With
+// `progress` the percentage is printed after every second data type, for programs that watch a
+// silent run.
+std::string collectProfile(platform::Host& host, std::uint32_t& totalLength, bool progress);
+
+// What the profiler says when it is asked for everything at once.
+std::string collectRawProfile(platform::Host& host);

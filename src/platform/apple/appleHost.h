@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/host.h"
+
+namespace platform::apple {
+
+// The host of a Mac.
+class AppleHost : public Host {
+ public:
+  std::unique_ptr<CommandOutput> startCommand(const std::string& command) override;
+  std::optional<PropertyList> parsePropertyList(std::string_view document) override;
+  std::string computerName() override;
+  std::vector<Process> processTable() override;
+  std::vector<Bundle> bundles(const std::string& folder) override;
+  double now() override;
+  std::string formatDate(double seconds, const std::string& pattern) override;
+};
+
+}  // namespace platform::apple

@@ -1,0 +1,46 @@
+#include "platform/portable/portableHost.h"
+
+#include <sys/utsname.h>
+
+#include "platform/portable/bundleFolder.h"
+#include "platform/portable/calendar.h"
+#include "platform/portable/processFiles.h"
+#include "platform/portable/propertyListReader.h"
+#include "platform/shellCommand.h"
+
+namespace platform {
+
+std::unique_ptr<CommandOutput> PortableHost::startCommand(const std::string& command) {
+  return startShellCommand(command);
+}
+
+std::optional<PropertyList> PortableHost::parsePropertyList(std::string_view document) {
+  return readPropertyList(document);
+}
+
+std::string PortableHost::computerName() {
+  utsname names{};
+  return uname(&names) == 0 ? names.nodename : "";
+}
+
+std::vector<Process> PortableHost::processTable() {
+  return readProcessFiles();
+}
+
+std::vector<Bundle> PortableHost::bundles(const std::string& folder) {
+  return readBundleFolder(folder);
+}
+
+double PortableHost::now() {
+  return presentTime();
+}
+
+std::string PortableHost::formatDate(double seconds, const std::string& pattern) {
+  return formatLocalDate(seconds, pattern);
+}
+
+std::unique_ptr<Host> makeHost() {
+  return std::make_unique<PortableHost>();
+}
+
+}  // namespace platform

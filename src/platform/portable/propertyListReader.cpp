@@ -1,0 +1,233 @@
+#include "platform/portable/propertyListReader.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <pugixml.hpp>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/host.h"
+#include "platform/portable/calendar.h"
+#include "platform/portable/xmlScan.h"
+
+namespace platform {
+
+namespace {
+
+using Value = std::optional<PropertyList>;  // nothing: the document is refused
+
+bool isBlank(const char* text) {
+  while (std::isspace(static_cast<unsigned char>(*text))) ++text;
+  return *text == '\0';
+}
+
+// The element's text, CDATA included; nothing when anything else stands in it, a comment too.
+std::optional<std::string> textOf(const pugi::xml_node& element) {
+  std::string text;
+  for (const pugi::xml_node& part : element) {
+    if (part.type() != pugi::node_pcdata && part.type() != pugi::node_cdata) return std::nullopt;
+    text += part.value();
+  }
+  return text;
+}
+
+// The elements within a container, passed to `take` one by one; false when there is a text between
+// them or `take` refuses one.
+template <typename Take>
+bool forEachElement(const pugi::xml_node& container, const Take& take) {
+  for (const pugi::xml_node& part : container) {
+    switch (part.type()) {
+      case pugi::node_element:
+        if (!take(part)) return false;
+        break;
+      case pugi::node_pcdata:
+        if (!isBlank(part.value())) return false;
+        break;
+      case pugi::node_cdata:
+        return false;
+      default:  // comments and processing instructions say nothing
+        break;
+    }
+  }
+  return true;
+}
+
+// Decimal or hexadecimal ("0x"), with a sign, blanks before it but nothing behind. From 2^63 to
+// 2^64 - 1 it wraps, as the platform's does when it is read.
+Value readInteger(const std::string& text) {
+  const char* start = text.c_str();
+  while (std::isspace(static_cast<unsigned char>(*start))) ++start;
+  const bool negative = *start == '-';
+  if (*start == '-' || *start == '+') ++start;
+  const bool hexadecimal = start[0] == '0' && (start[1] == 'x' || start[1] == 'X');
+  if (hexadecimal) start += 2;
+  const char* end = text.c_str() + text.size();
+  std::uint64_t magnitude = 0;
+  const auto [last, error] = std::from_chars(start, end, magnitude, hexadecimal ? 16 : 10);
+  if (error != std::errc() || last != end) return std::nullopt;
+  if (negative && magnitude > std::uint64_t{1} << 63) return std::nullopt;
+  const auto integer = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+  const NumberType type = integer == 0 ? NumberType::SInt32 : NumberType::SInt64;
+  return PropertyList(PropertyList::Number{type, integer});
+}
+
+Value readReal(const std::string& text) {
+  char* last = nullptr;
+  const double real = std::strtod(text.c_str(), &last);
+  if (text.empty() || last != text.c_str() + text.size()) return std::nullopt;
+  return PropertyList(PropertyList::Number{NumberType::Float64, 0, real});
+}
+
+Value readDate(const std::string& text) {
+  CalendarTime time;
+  int length = 0;
+  constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
+  for (std::size_t i = 0; i < kShape.size(); ++i) {
+    const char c = i < text.size() ? text[i] : '\0';
+    if (kShape[i] == '0' ? c < '0' || c > '9' : c != kShape[i]) return std::nullopt;
+  }
+  std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%dZ%n", &time.year, &time.month, &time.day, &time.hour,
+              &time.minute, &time.second, &length);
+  if (static_cast<std::size_t>(length) != text.size()) return std::nullopt;
+  return PropertyList(PropertyList::Date{secondsSince2001(time)});
+}
+
+// Collects a dictionary's entries: of equal keys the last value, in the place of the first.
+class DictionaryBuilder {
+ public:
+  void put(std::string key, PropertyList value) {
+    const std::size_t place = placeOf(key);
+    if (place < entries_.size()) {
+      entries_[place].second = std::move(value);
+      return;
+    }
+    if (!places_.empty()) places_.emplace(key, place);
+    entries_.emplace_back(std::move(key), std::move(value));
+  }
+
+  PropertyList::Dictionary take() { return std::move(entries_); }
+
+ private:
+  static constexpr std::size_t kSearched = 16;  // up to so many keys a walk is faster than a map
+
+  std::size_t placeOf(const std::string& key) {
+    if (entries_.size() <= kSearched) {
+      const auto found =
+          std::ranges::find(entries_, key, &PropertyList::Dictionary::value_type::first);
+      return static_cast<std::size_t>(found - entries_.begin());
+    }
+    if (places_.empty()) {
+      for (std::size_t i = 0; i < entries_.size(); ++i) places_.emplace(entries_[i].first, i);
+    }
+    const auto found = places_.find(key);
+    return found == places_.end() ? entries_.size() : found->second;
+  }
+
+  PropertyList::Dictionary entries_;
+  std::unordered_map<std::string, std::size_t> places_;
+};
+
+class Reader {
+ public:
+  explicit Reader(std::string_view document) : document_(document) {}
+
+  // `depth`: how many arrays and dictionaries the element stands in.
+  Value readElement(const pugi::xml_node& element, int depth) const {
+    const std::string_view name = element.name();
+    if (name == "dict" || name == "array") {
+      if (depth == Host::kMaxNesting) return std::nullopt;
+      return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
+    }
+    if (name == "true" || name == "false") {
+      if (element.first_child()) return std::nullopt;
+      return PropertyList(name == "true");
+    }
+    std::optional<std::string> text = textOf(element);
+    if (!text) return std::nullopt;
+    if (name == "string") return PropertyList(std::move(*text));
+    if (name == "integer") return readInteger(*text);
+    if (name == "real") return readReal(*text);
+    if (name == "date") return readDate(*text);
+    if (name == "data" && !isEmptyTag(element)) return PropertyList(PropertyList::Data{});
+    return std::nullopt;
+  }
+
+ private:
+  Value readArray(const pugi::xml_node& element, int depth) const {
+    PropertyList::Array array;
+    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+      Value value = readElement(child, depth);
+      if (value) array.push_back(std::move(*value));
+      return value.has_value();
+    });
+    if (!valid) return std::nullopt;
+    return PropertyList(std::move(array));
+  }
+
+  Value readDictionary(const pugi::xml_node& element, int depth) const {
+    DictionaryBuilder dictionary;
+    std::optional<std::string> key;
+    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+      if (!key) {
+        if (std::string_view(child.name()) == "key") key = textOf(child);
+        return key.has_value();
+      }
+      Value value = readElement(child, depth);
+      if (!value) return false;
+      dictionary.put(std::move(*key), std::move(*value));
+      key.reset();
+      return true;
+    });
+    if (!valid || key) return std::nullopt;
+    return PropertyList(dictionary.take());
+  }
+
+  // <data/>: the XML tree does not tell it from <data></data>, the document does.
+  bool isEmptyTag(const pugi::xml_node& element) const {
+    const auto start = static_cast<std::size_t>(element.offset_debug());
+    const std::size_t end = document_.find('>', start);
+    return end != std::string_view::npos && document_[end - 1] == '/';
+  }
+
+  std::string_view document_;
+};
+
+// The one value of the document, which stands in <plist> or alone.
+pugi::xml_node rootElement(const pugi::xml_document& tree) {
+  pugi::xml_node root;
+  forEachElement(tree, [&](const pugi::xml_node& element) {
+    root = element;
+    return false;
+  });
+  if (std::string_view(root.name()) != "plist") return root;
+  pugi::xml_node only;
+  const bool valid = forEachElement(root, [&](const pugi::xml_node& element) {
+    const bool first = !only;
+    only = element;
+    return first;
+  });
+  return valid ? only : pugi::xml_node();
+}
+
+}  // namespace
+
+std::optional<PropertyList> readPropertyList(std::string_view document) {
+  const std::optional<std::string_view> xml = scanXml(document);
+  if (!xml) return std::nullopt;
+  // No normalisation of line ends: texts keep their bytes, as on the Mac. Comments are kept because
+  // one within a text refuses the document, text outside the root because some before it does.
+  constexpr unsigned kFlags = pugi::parse_cdata | pugi::parse_escapes |
+                              pugi::parse_ws_pcdata_single | pugi::parse_comments | pugi::parse_pi |
+                              pugi::parse_fragment;
+  pugi::xml_document tree;
+  if (!tree.load_buffer(xml->data(), xml->size(), kFlags, pugi::encoding_utf8)) return std::nullopt;
+  const pugi::xml_node root = rootElement(tree);
+  if (!root) return std::nullopt;
+  return Reader(*xml).readElement(root, 0);
+}
+
+}  // namespace platform

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/propertyList.h"
+
+namespace platform {
+
+// Host::parsePropertyList without the platform's parser: pugixml reads the XML, the rules of
+// property lists are here.
+std::optional<PropertyList> readPropertyList(std::string_view document);
+
+}  // namespace platform

@@ -1,0 +1,93 @@
+#include "platform/portable/xmlScan.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+
+namespace platform {
+
+namespace {
+
+// Length of the UTF-8 sequence at the start of `text` (RFC 3629); 0 when there is none.
+std::size_t sequenceLength(std::string_view text) {
+  const auto byte = [text](std::size_t i) {
+    return i < text.size() ? static_cast<std::uint8_t>(text[i]) : std::uint8_t{0};
+  };
+  const auto continues = [&byte](std::size_t from, std::size_t to) {
+    for (std::size_t i = from; i < to; ++i) {
+      if ((byte(i) & 0xC0) != 0x80) return false;
+    }
+    return true;
+  };
+  const std::uint8_t lead = byte(0);
+  const std::uint8_t second = byte(1);
+  if (lead < 0x80) return 1;
+  if (lead >= 0xC2 && lead <= 0xDF) return continues(1, 2) ? 2 : 0;
+  if (lead >= 0xE0 && lead <= 0xEF) {
+    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F)) return 0;
+    return continues(1, 3) ? 3 : 0;
+  }
+  if (lead >= 0xF0 && lead <= 0xF4) {
+    if ((lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F)) return 0;
+    return continues(1, 4) ? 4 : 0;
+  }
+  return 0;
+}
+
+bool isCodePoint(std::string_view digits, int base) {
+  std::uint32_t code = 0;
+  const char* end = digits.data() + digits.size();
+  const auto [last, error] = std::from_chars(digits.data(), end, code, base);
+  return error == std::errc() && last == end && code <= 0x10FFFF &&
+         (code < 0xD800 || code > 0xDFFF);
+}
+
+// `name` is what stands between "&" and ";".
+bool isKnownReference(std::string_view name) {
+  constexpr std::array<std::string_view, 5> kEntities = {"amp", "lt", "gt", "quot", "apos"};
+  if (name.starts_with("#x")) return isCodePoint(name.substr(2), 16);
+  if (name.starts_with('#')) return isCodePoint(name.substr(1), 10);
+  for (const std::string_view entity : kEntities) {
+    if (name == entity) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<std::string_view> scanXml(std::string_view document) {
+  constexpr std::string_view kEnd = "</plist>";
+  constexpr std::string_view kComment = "<!--";
+  constexpr std::string_view kCdata = "<![CDATA[";
+  constexpr std::size_t kLongestReference = 16;
+  std::size_t quietUntil = 0;  // end of the comment or CDATA section that `at` is in
+  for (std::size_t at = 0; at < document.size();) {
+    const char c = document[at];
+    const std::string_view rest = document.substr(at);
+    if (c == '\0') return std::nullopt;
+    if (static_cast<std::uint8_t>(c) >= 0x80) {
+      const std::size_t length = sequenceLength(rest);
+      if (length == 0) return std::nullopt;
+      at += length;
+      continue;
+    }
+    ++at;
+    if (at <= quietUntil) continue;
+    if (c == '&') {
+      const std::size_t semicolon = rest.substr(0, kLongestReference).find(';');
+      if (semicolon == std::string_view::npos) return std::nullopt;
+      if (!isKnownReference(rest.substr(1, semicolon - 1))) return std::nullopt;
+    } else if (c == '<') {
+      if (rest.starts_with(kEnd)) return document.substr(0, at - 1 + kEnd.size());
+      const bool comment = rest.starts_with(kComment);
+      if (!comment && !rest.starts_with(kCdata)) continue;
+      const std::size_t inside = at - 1 + (comment ? kComment.size() : kCdata.size());
+      quietUntil = document.find(comment ? "-->" : "]]>", inside);
+      if (quietUntil == std::string_view::npos) return std::nullopt;
+    }
+  }
+  return document;
+}
+
+}  // namespace platform

@@ -1,0 +1,45 @@
+#include "postprocess/applications.h"
+
+#include "postprocess/mapping.h"
+#include "postprocess/sortedChildren.h"
+
+namespace {
+
+// The calendar day of a converted date, "yyyyMMdd".
+TagValue day(const TagValue& source, const char*) {
+  constexpr std::size_t kDay = 8;
+  return TagValue(textOf(source).substr(0, kDay));
+}
+
+constexpr Row kApplication[] = {
+    {"version",             {"version"},             copied      },
+    {"app-store",           {"app_store"},           zeroIf("no")},
+    {"inst-date",           {"lastModified"},        {day}       },
+    {"runtime-environment", {"runtime_environment"}, copied      },
+    {"info",                {"info"},                copied      },
+};
+
+std::string tagName(const Item& application) {
+  std::string name = "Soft:" + application.text("_name");
+  if (application.has("version")) name += " " + application.text("version");
+  return normalizedText(name);
+}
+
+}  // namespace
+
+void PostProcessApplications(kevaDoc& snapshot, const kevaDoc& raw) {
+  const std::vector<Item> applications = items(raw, "SPApplicationsDataType");
+  if (applications.empty()) return;
+  Tag& software = branch(snapshot, {"Software"});
+  for (const Item& application : applications) {
+    Tag& tag = *software.setChild(tagName(application), TagValue(application.text("_name")));
+    write(kApplication, application, tag);
+    if (!application.has("has64BitIntelCode")) {
+      tag.setAttribute("64bit-app", TagValue("1"), "type", "unknown");
+    } else if (application.text("has64BitIntelCode") == "yes") {
+      tag.setAttribute("64bit-app", TagValue("1"));
+    }
+    copyPresent(application, "location", tag, "path");
+  }
+  sortChildrenByValue(software);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "keva/kevaDoc.h"
+
+// "Processors": one tag for each physical package. The profiler describes all packages at once, so
+// they carry the same figures.
+void PostProcessProcessors(kevaDoc& snapshot, const kevaDoc& raw);

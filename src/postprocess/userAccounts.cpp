@@ -1,0 +1,75 @@
+#include "postprocess/userAccounts.h"
+
+#include <string_view>
+
+#include "base/formatString.h"
+#include "base/text.h"
+#include "collect/commandRunner.h"
+#include "postprocess/mapping.h"
+
+namespace {
+
+constexpr std::int32_t kChunkSize = 100;  // bytes, of both commands
+
+// The text between a label and the next `end`, trimmed; nothing when one of them is missing.
+std::optional<std::string> textBetween(std::string_view record, std::string_view label,
+                                       std::string_view end) {
+  const std::size_t found = record.find(label);
+  if (found == std::string_view::npos) return std::nullopt;
+  const std::size_t start = found + label.size();
+  const std::size_t stop = record.find(end, start);
+  if (stop == std::string_view::npos) return std::nullopt;
+  std::string text(record.substr(start, stop - start));
+  return TrimChars(text, "\n\t ", kTrimBoth);
+}
+
+// A name goes into a command between double quotes: one that holds a character which the shell
+// interprets there is no account's.
+bool isAccountName(std::string_view name) {
+  return name.find_first_of("\"$`\\") == std::string_view::npos;
+}
+
+void setPresent(Tag& tag, const char* attribute, const std::optional<std::string>& text) {
+  if (text) tag.setAttribute(attribute, TagValue(*text));
+}
+
+void writeAccount(const std::string& folder, platform::Host& host, Tag& accounts) {
+  if (!isAccountName(folder)) return;
+  std::uint32_t length = 0;
+  const std::string output = runCommand(
+      host, formatString("dscl . -read \"/users/%s\"", folder.c_str()), length, kChunkSize);
+  const std::optional<UserRecord> record = parseUserRecord(output);
+  if (!record) return;
+  Tag& account =
+      *accounts.setChild(normalizedText("usr-acc:" + record->name), TagValue(record->name));
+  setPresent(account, "fullname", record->fullName);
+  setPresent(account, "group", record->group);
+  setPresent(account, "id", record->id);
+  setPresent(account, "shell", record->shell);
+  account.setAttribute("hdir", TagValue("/users/" + folder));
+  account.setAttribute("is-system-user", TagValue("0"));
+}
+
+}  // namespace
+
+void PostProcessUserAccounts(kevaDoc& snapshot, platform::Host& host) {
+  const std::string listing = runCommandUntilItPrints(host, "ls -1 /Users/", kChunkSize);
+  std::size_t start = 0;
+  for (std::size_t end = listing.find('\n'); end != std::string::npos;
+       end = listing.find('\n', start)) {
+    writeAccount(listing.substr(start, end - start), host, branch(snapshot, {"User-accounts"}));
+    start = end + 1;
+  }
+}
+
+std::optional<UserRecord> parseUserRecord(const std::string& output) {
+  const std::size_t home = output.find("\nNFSHomeDirectory:");
+  if (home == std::string::npos) return std::nullopt;
+  const std::string_view record = std::string_view(output).substr(home);
+  const std::optional<std::string> name = textBetween(record, "RecordName:", "RecordType:");
+  if (!name) return std::nullopt;
+  return UserRecord{*name, textBetween(record, "RealName:", "RecordName:"),
+                    textBetween(record, "PrimaryGroupID:", "\n"),
+                    textBetween(record, "UniqueID:", "\n"),
+                    textBetween(record, "UserShell:", "\n")};
+}

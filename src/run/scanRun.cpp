@@ -1,0 +1,157 @@
+#include "run/scanRun.h"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "asset/assetInfo.h"
+#include "base/console.h"
+#include "base/formatString.h"
+#include "collect/dates.h"
+#include "collect/hostFacts.h"
+#include "collect/plistToTags.h"
+#include "collect/processes.h"
+#include "collect/profiler.h"
+#include "keva/HUXfile.h"
+#include "keva/kevaDoc.h"
+#include "postprocess/pipeline.h"
+#include "run/phaseLog.h"
+#include "run/snapshotName.h"
+
+using platform::PropertyList;
+
+namespace {
+
+// A profile that is empty or cannot be parsed has no data types.
+PropertyList parseProfile(platform::Host& host, const std::string& document) {
+  std::optional<PropertyList> profile = host.parsePropertyList(document);
+  if (profile && profile->array() != nullptr) return std::move(*profile);
+  return PropertyList(PropertyList::Array{});
+}
+
+std::int32_t wholeSeconds(platform::Host& host) {
+  return static_cast<std::int32_t>(std::floor(host.now()));
+}
+
+// Phases I to III: what the machine says, as a raw tree and as single facts.
+struct Collected {
+  std::unique_ptr<kevaDoc> raw;
+  AssetFacts facts;
+};
+
+Collected collect(platform::Host& host, const RunOptions& options, bool silent,
+                  const std::string& ipAddress, const PhaseLog& log) {
+  Collected collected;
+  AssetFacts& facts = collected.facts;
+  log("I. Collecting Data....\n");
+  std::uint32_t length = 0;
+  std::string document = collectProfile(host, length, silent);
+  log("done\n");
+  const PropertyList profile = parseProfile(host, document);
+  document = std::string();
+  facts.host = collectSoftwareHardwareFacts(host, profile);
+
+  collected.raw = std::make_unique<kevaDoc>(options.containerOption != 0, "Macintosh");
+  log("II. Parsing Data....");
+  convertProfile(host, profile, *collected.raw);
+  log("done\n");
+
+  log("III. Get Data For AssetInfo....");
+  facts.network = collectNetworkFacts(profile, ipAddress);
+  log("33% ");
+  facts.serialNumber = serialNumber(profile);
+  log("66% ");
+  collectProcesses(host, *collected.raw);
+  log("100% done\n");
+  return collected;
+}
+
+void setTopEntries(const AssetFacts& facts, std::int32_t seconds, kevaDoc& snapshot) {
+  constexpr std::int64_t kMillisecondsPerSecond = 1000;
+  const std::pair<const char*, TagValue> entries[] = {
+      {"/timestamp",      TagValue(facts.timestamp)                 },
+      {"/scan-time",      TagValue(seconds * kMillisecondsPerSecond)},
+      {"/client-version", TagValue(kClientVersion)                  },
+      {"/scan-subtype",   TagValue("sstService")                    },
+      {"/snaptype",       TagValue("mac:1")                         },
+      {"/hostname",       TagValue(facts.network.netbiosName)       },
+      {"/domain",         TagValue(facts.network.domain)            },
+      {"/user-name",      TagValue(facts.host.userName)             },
+      {"/ip-address",     TagValue(facts.network.ipAddress)         },
+  };
+  for (const auto& [path, value] : entries) snapshot.set(path, value);
+}
+
+// Phases VI and VII: names the file, saves it, says so.
+void saveSnapshot(HUXfile& file, const std::string& name, const AssetFacts& facts, bool silent,
+                  const PhaseLog& log) {
+  log("VI. Generating File name....");
+  const std::string path = claimSnapshotPath(snapshotStem(name, facts.network.macAddress));
+  log("done\n");
+  log("VII. Saving to file....");
+  if (!file.save(path, true)) {
+    printError("Cannot create file :%s\n", path.c_str());
+  } else if (silent) {
+    printText(">>>%s\n", path.c_str());
+  } else {
+    printText("\nScan finished. Results saved to file \"%s\"\n", path.c_str());
+  }
+}
+
+void normalRun(platform::Host& host, const RunOptions& options, bool silent,
+               const std::string& ipAddress, const std::string& login) {
+  const bool native = options.containerOption != 0;
+  const PhaseLog log(options.logMode != 0);
+  const std::int32_t start = wholeSeconds(host);
+  log(formatString("Agent version: %s\n", kProgramVersion).c_str());
+  log("------Start Log------\n");
+  auto [raw, facts] = collect(host, options, silent, ipAddress, log);
+
+  auto snapshot = std::make_unique<kevaDoc>(native, "Snapshot");
+  PostProcess(*snapshot, *raw, host, options.logMode != 0);
+  raw.reset();
+  const std::int32_t end = wholeSeconds(host);
+  facts.computerName = host.computerName();
+  facts.timestamp = formatNow(host, TimestampForm::Long);
+  facts.login = login;
+  setTopEntries(facts, end - start, *snapshot);
+
+  log("V. Creating AssetInfo Section....");
+  auto asset = buildAssetInfo(facts, *snapshot, native);
+  log("done\n");
+  HUXfile file(native);
+  file.addDocument(std::move(snapshot), HUXfile::SectionType::Snapshot, false, true);
+  file.addDocument(std::move(asset), HUXfile::SectionType::AssetInfo, false, true);
+  saveSnapshot(file, facts.computerName, facts, silent, log);
+  log("done\n");
+  log("------End Log------\n");
+}
+
+void debugRun(platform::Host& host, const RunOptions& options, bool silent,
+              const std::string& ipAddress) {
+  const bool native = options.containerOption != 0;
+  const std::string document = collectRawProfile(host);
+  AssetFacts facts;
+  facts.network = collectNetworkFacts(parseProfile(host, document), ipAddress);
+  facts.computerName = host.computerName();
+  facts.timestamp = formatNow(host, TimestampForm::Long);
+  HUXfile file(native);
+  file.addDocument(buildDebugAssetInfo(facts, native), HUXfile::SectionType::AssetInfo, false,
+                   true);
+  file.addRawData(document);
+  const std::string& netbiosName = facts.network.netbiosName;
+  saveSnapshot(file, netbiosName.empty() ? facts.computerName : netbiosName, facts, silent,
+               PhaseLog(false));
+}
+
+}  // namespace
+
+void scanRun(platform::Host& host, const RunOptions& options, bool silent, bool debug,
+             const std::string& ipAddress, const std::string& login) {
+  if (options.skipScan != 0) return;
+  if (debug) {
+    debugRun(host, options, silent, ipAddress);
+  } else {
+    normalRun(host, options, silent, ipAddress, login);
+  }
+}

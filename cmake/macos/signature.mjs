@@ -1,0 +1,80 @@
+// Verifies the ad-hoc signature of a program's arm64 part, without which the kernel ends it at once:
+// every page must have the hash that the signature states. The structures are those of Apple's published
+// headers mach-o/fat.h, mach-o/loader.h and kern/cs_blobs.h.
+//
+//   node signature.mjs PROGRAM...
+
+import { createHash } from "node:crypto";
+import { readFileSync } from "node:fs";
+
+const FAT_MAGIC = 0xcafebabe;
+const MH_MAGIC_64 = 0xfeedfacf;
+const CPU_TYPE_ARM64 = 0x0100000c;
+const LC_CODE_SIGNATURE = 0x1d;
+const CSMAGIC_EMBEDDED_SIGNATURE = 0xfade0cc0;
+const CSMAGIC_CODEDIRECTORY = 0xfade0c02;
+const CS_ADHOC = 0x2;
+const CS_HASHTYPE_SHA256 = 2;
+
+function expect(condition, what) {
+  if (!condition) throw new Error(what);
+}
+
+function arm64Part(file) {
+  expect(file.readUInt32BE(0) === FAT_MAGIC, "no universal program");
+  for (let i = 0; i < file.readUInt32BE(4); ++i) {
+    const [type, , offset, size] = [0, 4, 8, 12].map((at) => file.readUInt32BE(8 + 20 * i + at));
+    if (type === CPU_TYPE_ARM64) return file.subarray(offset, offset + size);
+  }
+  throw new Error("no arm64 part");
+}
+
+function signatureCommand(part) {
+  expect(part.readUInt32LE(0) === MH_MAGIC_64, "no 64-bit program");
+  let at = 32;  // size of the header
+  for (let left = part.readUInt32LE(16); left > 0; --left) {
+    if (part.readUInt32LE(at) === LC_CODE_SIGNATURE) {
+      return { offset: part.readUInt32LE(at + 8), size: part.readUInt32LE(at + 12) };
+    }
+    at += part.readUInt32LE(at + 4);
+  }
+  throw new Error("not signed");
+}
+
+function codeDirectory(signature) {
+  expect(signature.readUInt32BE(0) === CSMAGIC_EMBEDDED_SIGNATURE, "no signature");
+  for (let i = 0; i < signature.readUInt32BE(8); ++i) {
+    const blob = signature.subarray(signature.readUInt32BE(16 + 8 * i));
+    if (blob.readUInt32BE(0) === CSMAGIC_CODEDIRECTORY) return blob;
+  }
+  throw new Error("no code directory");
+}
+
+// Returns the number of pages.
+function verify(name) {
+  const part = arm64Part(readFileSync(name));
+  const { offset, size } = signatureCommand(part);
+  expect(offset + size <= part.length, "the signature is cut off");
+  const directory = codeDirectory(part.subarray(offset, offset + size));
+  const [flags, hashes, pages, limit] = [12, 16, 28, 32].map((at) => directory.readUInt32BE(at));
+  const pageSize = 1 << directory[39];
+  expect(flags & CS_ADHOC, "not signed ad hoc");
+  expect(directory[37] === CS_HASHTYPE_SHA256, "no SHA-256 hashes");
+  expect(limit === offset, "not everything before the signature is signed");
+  expect(pages === Math.ceil(limit / pageSize), "not as many hashes as pages");
+  for (let page = 0; page < pages; ++page) {
+    const bytes = part.subarray(page * pageSize, Math.min((page + 1) * pageSize, limit));
+    const hash = directory.subarray(hashes + 32 * page, hashes + 32 * (page + 1));
+    expect(createHash("sha256").update(bytes).digest().equals(hash), `page ${page} is not what was signed`);
+  }
+  return pages;
+}
+
+for (const name of process.argv.slice(2)) {
+  try {
+    console.log(`${name}: the hashes of ${verify(name)} pages are valid`);
+  } catch (error) {
+    console.error(`${name}: ${error.message}`);
+    process.exitCode = 1;
+  }
+}

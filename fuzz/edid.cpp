@@ -1,0 +1,17 @@
+#include <cstddef>
+#include <cstdint>
+
+#include "postprocess/edid.h"
+
+// Decodes any bytes as an EDID block with its extensions. fuzz/corpus/edid holds the seeds; the
+// tests run them through this same function.
+//
+//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc fuzz/edid.cpp
+//       src/postprocess/edid.cpp src/postprocess/videoModes.cpp src/base/text.cpp
+//       src/base/formatString.cpp -o edid
+//   ./edid -max_len=640 NEW_FOLDER fuzz/corpus/edid
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  (void)decodeEdid({data, size});
+  return 0;
+}

@@ -1,0 +1,96 @@
+#include "collect/plistToTags.h"
+
+#include <gtest/gtest.h>
+
+#include "support/documents.h"
+#include "support/fakeHost.h"
+
+using platform::NumberType;
+using platform::PropertyList;
+
+TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
+  FakeHost host;
+  const auto root = host.parsePropertyList(R"(<array>
+      <dict><key>_dataType</key><string>SPFontsDataType</string><key>a</key><string/></dict>
+      <string>no dictionary</string><dict><key>a</key><string>no name</string></dict>
+      <dict><key>_dataType</key><integer>1</integer><key>a</key><string>none</string></dict>
+      <dict>
+        <key>_dataType</key><string>SPa</string>
+        <key>_properties</key><dict><key>a</key><string>b</string></dict>
+        <key>_timeStamp</key><date>2017-12-31T21:00:00Z</date>
+        <key>count</key><integer>123</integer>
+        <key>spfirewall_services</key><dict><key>A b</key><string>on</string></dict>
+        <key>_items</key>
+        <array>
+          <dict>
+            <key>_properties</key><string>kept below</string>
+            <key>a b</key><string>earlier</string><key>a/b</key><string> b &#10; c </string>
+            <key>empty</key><string/><key>real</key><real>2.5</real>
+            <key>no</key><true/><key>non</key><data>AA==</data><key>none</key><dict/>
+            <key>list</key>
+            <array><array/><array><string>x</string></array><true/><integer>-7</integer></array>
+            <key>spfirewall_applications</key>
+            <dict>
+              <key>A b</key><string>on</string>
+              <key>B</key><dict><key>x</key><string>y</string></dict>
+              <key>C</key><string>off</string>
+            </dict>
+            <key>spfirewall_services</key><string>no rules</string>
+          </dict>
+          <string>x</string>
+        </array>
+      </dict></array>)");
+  ASSERT_TRUE(root);
+  kevaDoc document(true, "Macintosh");
+  convertProfile(host, *root, document);
+  EXPECT_EQ(textOf(document),
+            "+Macintosh=\n+SPa=\n_timeStamp=20180101000000.000000+180\ncount=123\n"
+            "*spfirewall_services=\nA_b=on\n"
+            "+_items=\nitem1=x\n"
+            "+item0=\n_properties=kept below\na_b=b \r c\nempty=\nreal=2.50\n"
+            "spfirewall_services=no rules\n"
+            "+list=\nitem3=-7\n*item1=\nitem0=x\n-\n"
+            "+spfirewall_applications=\n"
+            "*item0=\n_name=A b\nvalue=on\n*item2=\n_name=C\nvalue=off\n-\n"
+            "-\n-\n-\n-\n");
+}
+
+TEST(PlistToTags, StoresNumbersByTheirType) {
+  constexpr std::int64_t kLarge = 0x1'8000'0001;  // of its lower half the sign bit is set
+  PropertyList::Dictionary dataType;
+  dataType.emplace_back("_dataType", "SPx");
+  PropertyList::Array list;
+  for (const NumberType type :
+       {NumberType::SInt8, NumberType::SInt16, NumberType::SInt32, NumberType::CGFloat,
+        NumberType::Int, NumberType::SInt64, NumberType::Float32}) {
+    list.emplace_back(PropertyList::Number{type, list.size() < 4 ? -1 : kLarge, 0.5});
+    dataType.emplace_back("top" + std::to_string(list.size()), list.back());
+  }
+  dataType.emplace_back("list", list);
+  FakeHost host;
+  kevaDoc document(true, "Macintosh");
+  convertProfile(host, PropertyList(PropertyList::Array{dataType}), document);
+  EXPECT_EQ(textOf(document, "SPx"),
+            "+SPx=\ntop1=255\ntop2=65535\ntop3=4294967295\ntop5=-2147483647\ntop6=6442450945\n"
+            "top7=0.50\n*list=\nitem0=255\nitem1=65535\nitem2=4294967295\nitem4=-2147483647\n"
+            "item5=6442450945\nitem6=0.50\n-\n");
+  const Tag* tag = document.top().findChild("SPx");
+  EXPECT_NE(tag->findAttribute("top6")->value().text(), nullptr);
+  EXPECT_EQ(tag->findChild("list")->findAttribute("item5")->value().text(), nullptr);
+}
+
+TEST(PlistToTags, FollowsTheDeepestNesting) {
+  constexpr int kArrays = platform::Host::kMaxNesting - 3;  // within root, data type and "_items"
+  std::string xml = "<string>x</string>";
+  for (int i = 0; i < kArrays; ++i) xml = "<array>" + xml + "</array>";
+  const kevaDoc raw = rawItems("SPx", xml);
+  std::string path = "SPx/_items";
+  for (int i = 0; i < kArrays; ++i) path += "/item0";
+  EXPECT_EQ(textOf(raw, path), "*item0=\nitem0=x\n");
+}
+
+TEST(PlistToTags, SanitizesKeys) {
+  EXPECT_EQ(sanitizeKey("Read/Write, it's a_b.c-d"), "Read_Write__it_s_a_b.c-d");
+  EXPECT_EQ(sanitizeKey("‘a’ ‛b “c” ´"), "_a___b_“c”_´");
+  EXPECT_EQ(sanitizeKey(std::string_view("a\0b", 3)), "a");
+}

@@ -1,0 +1,71 @@
+#include "collect/profiler.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/fakeHost.h"
+
+namespace {
+
+const std::string kCommand = "system_profiler -detailLevel full -xml";
+const std::string kProlog =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST "
+    "1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n"
+    "<array>\n";
+const std::string kEpilogue = "</array>\n</plist>\n";
+
+}  // namespace
+
+TEST(Profiler, CutsTheWrapperOffByItsLength) {
+  const struct {
+    PieceMode mode;
+    std::size_t printed;
+    std::string kept;
+  } cases[] = {
+      {PieceMode::First,  17,  "" },
+      {PieceMode::First,  19,  "<"},
+      {PieceMode::Middle, 189, "" },
+      {PieceMode::Middle, 191, ">"},
+      {PieceMode::Last,   171, "" },
+      {PieceMode::Last,   173, ">"},
+  };
+  for (const auto& [mode, printed, kept] : cases) {
+    FakeHost host;
+    std::string& output = host.outputs[kCommand + " SPx"] = std::string(printed, ' ');
+    output[0] = '<';
+    if (printed > 172) output[172] = '>';
+    std::uint32_t length = 99;
+    EXPECT_EQ(profileDataType(host, "SPx", mode, length), kept) << printed << " bytes";
+    EXPECT_EQ(length, kept.size()) << printed << " bytes";
+  }
+}
+
+TEST(Profiler, GluesTheDataTypesAndSaysHowFarItGotAfterEverySecondStep) {
+  struct : FakeHost {
+    std::unique_ptr<platform::CommandOutput> startCommand(const std::string& command) override {
+      std::printf(".");
+      return FakeHost::startCommand(command);
+    }
+  } host;
+  std::string expected = kProlog;
+  std::vector<std::string> commands;
+  for (const std::string type :
+       {"Hardware",        "Network",       "Software",     "ParallelATA", "Audio",
+        "Bluetooth",       "FireWire",      "Displays",     "Memory",      "Printers",
+        "SerialATA",       "ParallelSCSI",  "USB",          "AirPort",     "Firewall",
+        "NetworkLocation", "NetworkVolume", "Applications", "StartupItem", "DiscBurning",
+        "Storage",         "NVMe",          "Power"}) {
+    commands.push_back(kCommand + " SP" + type + "DataType");
+    const std::string piece = type == "Audio" ? "" : "<" + type + "/>\n";
+    host.outputs[commands.back()] = kProlog + piece + kEpilogue;
+    expected += piece;
+  }
+  std::uint32_t length = 0;
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(collectProfile(host, length, true), expected + kEpilogue);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "..10%\n..20%\n..30%\n..40%\n..50%\n...60%\n..70%\n..80%\n..90%\n....100%\n");
+  EXPECT_EQ(length, expected.size() + kEpilogue.size());
+  EXPECT_EQ(host.commands, commands);
+  EXPECT_THAT(host.readSizes, testing::Each(65536U));
+}

@@ -1,0 +1,155 @@
+#include "golden/machine.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+
+#include "huxread/container.h"
+#include "run/scanRun.h"
+#include "support/fakeHost.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string fileText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+// The files of a folder by name; none when it is missing.
+std::map<std::string, fs::path> filesOf(const fs::path& folder) {
+  std::map<std::string, fs::path> files;
+  if (!fs::is_directory(folder)) return files;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    files[entry.path().stem().string()] = entry.path();
+  }
+  return files;
+}
+
+// A data type that was not recorded prints nothing, which counts for as much as an empty list.
+void playProfiler(const fs::path& folder, FakeHost& host) {
+  const std::string command = "system_profiler -detailLevel full -xml";
+  for (const auto& [name, path] : filesOf(folder)) {
+    if (!name.starts_with("SP")) continue;
+    const std::string profile = fileText(path);
+    host.outputs[command + " " + name] = profile;
+    std::string& all = host.outputs[command];
+    if (all.empty()) all = "<array>\n</array>\n";
+    const std::size_t start = profile.find("<array>\n") + 8;
+    all.insert(all.rfind("</array>\n"), profile, start, profile.rfind("</array>\n") - start);
+  }
+}
+
+// Of the registry the command that is run prints the identifier alone.
+void playTexts(const fs::path& folder, FakeHost& host) {
+  const auto files = filesOf(folder);
+  if (files.contains("users")) host.outputs["ls -1 /Users/"] = fileText(files.at("users"));
+  if (files.contains("env")) host.outputs["env"] = fileText(files.at("env"));
+  for (const auto& [name, path] : filesOf(folder / "dscl")) {
+    host.outputs["dscl . -read \"/users/" + name + "\""] = fileText(path);
+  }
+  for (const auto& [name, path] : filesOf(folder / "diskutil")) {
+    host.outputs["diskutil info /dev/" + name] = fileText(path);
+  }
+  const std::string registry = fileText(folder / "ioreg.txt");
+  if (std::smatch id;
+      std::regex_search(registry, id, std::regex(R"re("IOPlatformUUID" = "([^"]*))re"))) {
+    host.outputs[R"(ioreg -rd1 -c IOPlatformExpertDevice | awk '/IOPlatformUUID/ )"
+                 R"({ split($0, line, "\""); printf("%s", line[4]); }')"] = id[1];
+  }
+}
+
+// "PID | PPID | NAME | what ps prints", one line for each entry of the process table.
+void playProcesses(const fs::path& folder, FakeHost& host) {
+  static const std::regex kLine(R"((\d+) \| (\d+) \| (.*?) \| ?(.*))");
+  std::istringstream lines(fileText(folder / "processes.txt"));
+  std::smatch cells;
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_TRUE(std::regex_match(line, cells, kLine)) << line;
+    host.processes.push_back({std::stoi(cells[1]), std::stoi(cells[2]), cells[3]});
+    if (cells[4].length() == 0) continue;
+    host.outputs["ps -p" + cells[1].str() + " -o user=\"\" -o command=\"\""] =
+        cells[4].str() + "\n";
+  }
+}
+
+void playBundles(const fs::path& folder, FakeHost& host) {
+  const std::string plugIns = "/Library/Internet Plug-Ins";
+  const auto list = host.parsePropertyList(fileText(folder / "bundles.xml"));
+  if (!list) return;
+  for (const platform::PropertyList& entry : *list->array()) {
+    const std::string& name = *entry.find("name")->text();
+    const platform::PropertyList* info = entry.find("info");
+    host.bundleFolders[plugIns].push_back(
+        {plugIns + "/" + name, name, info == nullptr ? platform::PropertyList("") : *info});
+  }
+}
+
+void play(const fs::path& folder, FakeHost& host) {
+  playProfiler(folder, host);
+  playTexts(folder, host);
+  playProcesses(folder, host);
+  playBundles(folder, host);
+}
+
+// The documents of the one file that a folder holds.
+std::string documents(const fs::path& folder) {
+  std::string texts;
+  const auto files = filesOf(folder);
+  EXPECT_EQ(files.size(), 1U);
+  if (files.empty()) return texts;
+  const auto file = huxread::Container::open(files.begin()->second.string());
+  EXPECT_TRUE(file);
+  if (!file) return texts;
+  for (const huxread::Section& section : file->sections()) {
+    if (section.type != huxread::SectionType::CustomData) texts += *file->text(section.number);
+  }
+  return texts;
+}
+
+}  // namespace
+
+std::span<const Machine> machines() {
+  static constexpr Machine kMachines[] = {
+      {"mac",           "mac",     "demo/mac", "Mara’s MacBook Pro", "",              "",      false},
+      {"tower",         "tower",   nullptr,    "Werkstatt 2/3",        "198.51.100.84", "stock", false},
+      {"virtual",       "virtual", nullptr,    "vm",                   "",              "",      false},
+      {"virtual-debug", "virtual", nullptr,    "vm",                   "192.0.2.7",     "stock", true },
+  };
+  return kMachines;
+}
+
+std::string scannedText(const Machine& machine) {
+  FakeHost host;
+  const fs::path checkout(PROJECT_FOLDER);
+  if (machine.recording != nullptr) play(checkout / machine.recording, host);
+  play(checkout / "tests/machines" / machine.folder, host);
+  host.name = machine.computerName;
+  host.times = {574416000.2, 574416065.1};  // 2019-03-16 08:00:00 UTC
+
+  const fs::path back = fs::current_path();
+  const fs::path folder = fs::path(testing::TempDir()) / ("golden." + std::to_string(getpid()));
+  fs::create_directory(folder);
+  fs::current_path(folder);
+  testing::internal::CaptureStdout();
+  scanRun(host, RunOptions{1, 0, 0}, false, machine.debug, machine.ipAddress, machine.login);
+  testing::internal::GetCapturedStdout();
+  fs::current_path(back);
+  std::string texts = documents(folder);
+  fs::remove_all(folder);
+  return texts;
+}
+
+std::string goldenFile(const Machine& machine) {
+  return std::string(PROJECT_FOLDER "/tests/golden/") + machine.name + ".txt";
+}
+
+std::string goldenText(const Machine& machine) {
+  return fileText(goldenFile(machine));
+}

@@ -1,0 +1,100 @@
+#include "huxread/container.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "handmade.h"
+
+namespace huxread {
+
+namespace {
+
+std::string problemOf(const std::string& file) {
+  const auto container = Container::parse(file);
+  return container ? "" : container.error().message;
+}
+
+std::string place(unsigned offset, unsigned length) {
+  return "offset=" + std::to_string(offset) + "\nlength=" + std::to_string(length) +
+         "\ntype=customdata\n";
+}
+
+}  // namespace
+
+TEST(Container, GivesTheTextOfEverySection) {
+  const std::string data = blob("a document") + zlibStream("raw data");
+  const auto split = static_cast<unsigned>(blob("a document").size());
+  const std::string header =
+      "[H]\ncount=4\nsnapshotcount=1\n[0]\noffset=0\nlength=" + std::to_string(split) +
+      "\ntype=snapshot\n[3]\n" + place(split, static_cast<unsigned>(data.size()) - split);
+  const std::string stream = zlibStream(header);
+  std::string swapped = huxFile(data, stream, true, data.size());
+  std::reverse(swapped.end() - 14, swapped.end() - 6);
+  for (const std::string& file :
+       {huxFile(data, header), huxFile(data, stream, true, data.size()), swapped}) {
+    const auto container = Container::parse(file);
+    ASSERT_TRUE(container) << container.error().message;
+    EXPECT_EQ(container->headerText(), header);
+    EXPECT_EQ(*container->text(0), "a document");
+    EXPECT_EQ(*container->text(3), "raw data");
+    EXPECT_EQ(container->text(1).error().message, "there is no section 1");
+    EXPECT_EQ(container->text(4).error().message, "there is no section 4");
+  }
+}
+
+TEST(Container, RefusesWhatIsNoSnapshotFile) {
+  const std::string good = huxFile("12345", "[H]\ncount=0\nsnapshotcount=0\n");
+  ASSERT_EQ(problemOf(good), "");
+  const std::size_t end = good.size() - 14;
+  const auto changed = [&](std::size_t index, char byte) {
+    return problemOf(std::string(good).replace(index, 1, 1, byte));
+  };
+  EXPECT_EQ(problemOf(good.substr(end + 1)), "not a snapshot file: only 13 bytes long");
+  EXPECT_EQ(problemOf(good + "\n"), "not a snapshot file: bad magic");
+  EXPECT_EQ(changed(end + 8, 4), "trailer: version 4 of the format, only 3 is known");
+  EXPECT_EQ(changed(end + 9, 2), "trailer: the compressed flag is 2, neither 0 nor 1");
+  EXPECT_EQ(changed(end, 34), "trailer: header offset 34 lies beyond the data (33 bytes)");
+  EXPECT_EQ(changed(end, 33), "header: does not begin with [H]");
+  const std::string header(kMaxHeaderSize + 1, '\n');
+  EXPECT_EQ(problemOf(huxFile("", header)), "header: has more than 1048576 bytes");
+  EXPECT_EQ(problemOf(huxFile("", zlibStream(header), true, 0)),
+            "header: inflates to more than 1048576 bytes");
+}
+
+TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
+  const auto problemWith = [](const std::string& first, const std::string& second) {
+    return problemOf(huxFile(std::string(412, ' '),
+                             "[H]\ncount=2\nsnapshotcount=0\n[0]\n" + first + "[1]\n" + second));
+  };
+  EXPECT_EQ(problemWith(place(12, 400), place(0, 12)), "");
+  EXPECT_EQ(problemWith(place(100, 0), place(0, 412)), "");
+  EXPECT_EQ(problemWith(place(12, 400), place(0, 13)), "section 0: overlaps section 1");
+  EXPECT_EQ(problemWith(place(0, 1), place(500, 0)),
+            "section 1: offset 500 lies beyond the data (412 bytes)");
+  EXPECT_EQ(problemWith(place(0, 1), place(2, 4294967295)),
+            "section 1: length 4294967295 from offset 2 reaches beyond the data (412 bytes)");
+}
+
+TEST(Container, SaysWhyASectionCannotBeInflated) {
+  const auto problemWith = [](const char* type, const std::string& data) {
+    const auto text = Container::parse(fileOfOne(type, data))->text(0);
+    return text ? "" : text.error().message;
+  };
+  EXPECT_EQ(problemWith("snapshot", "\1KEVA"), "section 0: not a compressed document: bad magic");
+  EXPECT_EQ(problemWith("assetinfo", "x\1\1KEVA"),
+            "section 0: not a compressed document: layout flags 1, 1 instead of 0, 1");
+  EXPECT_EQ(problemWith("customdata", blob("x")),
+            "section 0: 6 bytes stand behind the end of the zlib stream");
+  std::string stream = zlibStream("all is well");
+  EXPECT_EQ(problemWith("customdata", stream.substr(0, 10)),
+            "section 0: the zlib stream is cut off after 10 bytes");
+  stream.back() ^= 1;
+  EXPECT_EQ(problemWith("customdata", stream),
+            "section 0: no valid zlib stream: incorrect data check (near byte 19)");
+  EXPECT_EQ(problemWith("customdata", "\x78\xbb\1\2\3\4"),
+            "section 0: the zlib stream needs a dictionary");
+}
+
+}  // namespace huxread

@@ -1,0 +1,42 @@
+#include "keva/kevaDoc.h"
+
+#include "base/formatString.h"
+#include "bytes.h"
+#include "keva/deflate.h"
+
+using namespace std::string_literals;
+
+TEST(KevaDoc, PacksSectionsWithTheirIndex) {
+  kevaDoc document(false, "Top");
+  document.set("/a", TagValue("x"));
+  document.top().setChild("one", TagValue(std::int64_t{7}));
+  document.top().child("two")->addProperty("p", "q");
+  const std::string text = kTextHeader + "+Top=\na=x\n*one=7\n*two=\n~p=q\n";
+  const std::string estimates =
+      "[Root]\noffset=0\nlength=10\n[one]\noffset=10\nlength=7\n[two]\noffset=17\nlength=11\n";
+  const auto size = static_cast<char>(text.size());
+  EXPECT_EQ(document.pack(true, false), text + estimates + "\0\0\0"s + size + "\1\0"s);
+  std::string streams;
+  std::string index;
+  for (const auto& [name, section] : {
+           std::pair{"Root", "+Top=\na=x\n" },
+           {"one",  "*one=7\n"     },
+           {"two",  "*two=\n~p=q\n"}
+  }) {
+    const std::string stream = deflateOrEnd(section, kTagSite);
+    index += formatString("[%s]\noffset=%zu\nlength=%zu\n", name, streams.size(), stream.size());
+    streams += stream;
+  }
+  const auto place = static_cast<char>(streams.size());
+  EXPECT_EQ(document.pack(true, true),
+            streams + deflateOrEnd(index, kDocumentSite) + "\0\0\0"s + place + "\1\1");
+}
+
+TEST(KevaDoc, PacksWhatAPathPutBesideTheTopTag) {
+  kevaDoc document(true, "Top");
+  EXPECT_EQ(document.pack(false, false), kTextHeader + "*Top=\n" + std::string(102, '\0'));
+  document.set("Beside/a", TagValue(std::string(5000, 'x')));
+  const std::string text = kTextHeader + "*Top=\n*Beside=\na=" + std::string(5000, 'x') + "\n";
+  EXPECT_EQ(document.pack(false, false), text);
+  EXPECT_EQ(document.pack(false, true), deflateOrEnd(text, kDocumentSite) + "\0\1KEVA"s);
+}

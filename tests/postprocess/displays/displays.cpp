@@ -1,0 +1,93 @@
+#include "postprocess/displays.h"
+
+#include <gmock/gmock.h>
+
+#include <tuple>
+
+#include "base/formatString.h"
+#include "shortForms.h"
+
+namespace {
+
+std::string written(std::string_view items) {
+  return snapshotOf(PostProcessDisplays, rawDocument({"SPDisplaysDataType", items}));
+}
+
+// The attributes of a monitor's tag but for the first two, in one line.
+std::string monitor(const std::string& facts) {
+  std::string text = written("{_name=P; spdisplays_ndrvs=[{_name=M; " + facts + "}]}");
+  text.erase(0, text.find("built-in=0") + 11);
+  text.erase(std::min(text.find("+Modes"), text.find("-\n")));
+  for (char& character : text) character = character == '\n' ? ' ' : character;
+  return text;
+}
+
+// A base block of version 1.3 in hexadecimal, made by APP with the number 0x0123, that states an
+// image size in centimetres and a descriptor, and else nothing.
+std::string block(std::string size, std::string descriptor) {
+  descriptor.resize(36, '0');
+  return "00ffffffffffff000610230100000000000001038" + ("0" + size) + std::string(62, '0') +
+         descriptor + std::string(112, '0');
+}
+
+// A detailed timing that has that size in pixels.
+std::string timing(unsigned width, unsigned height) {
+  return formatString("0119%02xa0%x0%02x1e%x0", width & 0xFF, width >> 8, height & 0xFF,
+                      height >> 8);
+}
+
+}  // namespace
+
+TEST(Displays, HaveNoMemoryThatIsNoSize) {
+  for (const std::string size : {"x", "none", "12 ZB", "#512", "shared MB"}) {
+    EXPECT_EQ(written("{_name=P; spdisplays_vram=" + size + "}").find("memory="), std::string::npos)
+        << size;
+  }
+}
+
+TEST(Displays, NameTheUsualShapesOfPictures) {
+  const std::tuple<unsigned, unsigned, const char*> kCases[] = {
+      {1366, 768,  "16:9"   },
+      {1280, 1024, "5:4"    },
+      {2100, 900,  "21:9"   },
+      {2256, 1504, "3:2"    },
+      {3024, 1964, "756:491"},
+      {1080, 1920, "9:16"   },
+  };
+  for (const auto& [width, height, ratio] : kCases) {  // the image of 17 by 17 cm does not count
+    EXPECT_THAT(monitor("_spdisplays_edid=" + block("1111", timing(width, height))),
+                testing::HasSubstr(std::string("aspect-ratio=") + ratio + " "));
+  }
+  for (const auto& [size, ratio] : {
+           std::pair("2a1b", "16:10"), {"2e28", "23:20"}
+  }) {
+    EXPECT_THAT(monitor("_spdisplays_edid=" + block(size, "")),
+                testing::HasSubstr(std::string("aspect-ratio=") + ratio + " "));
+  }
+}
+
+// The keys of the platform stand in for a block that is missing or cannot be read, not for facts
+// that a block leaves out.
+TEST(Displays, SayWhatThePlatformReadWithoutABlock) {
+  const std::string facts =
+      "_spdisplays_display-serial-number=fd626d62; _spdisplays_display-vendor-id=610; "
+      "_spdisplays_display-week=49; _spdisplays_display-year=2010";
+  const std::string written = "serial=4251086178 manuf=APP manuf-date=2010-12-03 ";
+  const std::string whole = block("0000", "");
+  for (const std::string& bad :
+       {std::string(), whole.substr(2), whole.substr(1), whole + "0", whole.substr(0, 254) + "0g",
+        "0x" + whole.substr(0, 254), "0x0x" + whole, std::string("#12")}) {
+    EXPECT_EQ(monitor(facts + "; _spdisplays_edid=" + bad), written) << bad;
+  }
+  for (const std::string& good : {whole, "0x" + whole, "0X" + whole + "ff"}) {
+    EXPECT_THAT(monitor(facts + "; _spdisplays_edid=" + good), testing::StartsWith("model="))
+        << good;
+  }
+  EXPECT_EQ(monitor("_spdisplays_display-serial-number=0x1010101; "
+                    "_spdisplays_display-vendor-id=756e6b6e; _spdisplays_display-week=0; "
+                    "_spdisplays_display-year=0"),
+            "");
+  EXPECT_EQ(monitor("_spdisplays_display-serial-number=1fd626d62; _spdisplays_display-year=2012; "
+                    "_spdisplays_display-week=1a"),
+            "manuf-date=2012-01-01 ");
+}

@@ -1,0 +1,32 @@
+#include "postprocess/processors.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "shortForms.h"
+
+namespace {
+
+std::string written(std::string_view items) {
+  return snapshotOf(PostProcessProcessors, rawDocument({"SPHardwareDataType", items}));
+}
+
+}  // namespace
+
+// 8.07 falls short of 8070 MHz in single precision.
+TEST(Processors, MakeTheBestOfOddNumbersButNotOfACacheSizeThatIsNone) {
+  EXPECT_EQ(written(R"({packages=#2; number_processors=#9; l2_cache_core=256 KB;
+l2_cache_share=1 MB; l3_cache=8193.9 KB; current_processor_speed=8.07 GHz})"),
+            lines(R"(+Snapshot= | +Processors= | *Processor:1=CPU #1 | core-count=9
+l2-cache-size=1152 | l3-cache-size=4096 | current-clock-speed=8069 | *Processor:2=CPU #2
+core-count=9 | l2-cache-size=1152 | l3-cache-size=4096 | current-clock-speed=8069 | - | -)"));
+  EXPECT_EQ(written("{number_processors=proc 8:4:4; number_cpus=#5; cpu_type=A}"),
+            lines(R"(+Snapshot= | +Processors= | *Processor:1=A | core-count=0
+current-clock-speed=0 | - | -)"));
+  for (const char* none : {"", "{packages=2}", "{packages=#-1}"}) {
+    EXPECT_EQ(written(none), "*Snapshot=\n") << none;
+  }
+  EXPECT_THROW(written("{l3_cache_core=KB}"), std::out_of_range);
+  EXPECT_THROW(written("{l2_cache=#512}"), std::out_of_range);
+}

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "../../../../cmake/macos/frameworks/SystemConfiguration.framework/Headers/SystemConfiguration.h"

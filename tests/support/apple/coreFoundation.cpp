@@ -1,0 +1,225 @@
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstdarg>
+#include <cstring>
+
+#include "platform/portable/bundleFolder.h"
+#include "platform/portable/calendar.h"
+#include "platform/portable/propertyListReader.h"
+#include "support/apple/objects.h"
+
+using namespace standIn;
+using platform::PropertyList;
+
+namespace {
+
+Object* makeNumber(Kind kind, PropertyList::Number number) {
+  return make({kind, "", number, {}});
+}
+
+Object* makeValue(const PropertyList& value) {
+  if (value.text() != nullptr) return make({String, *value.text()});
+  if (value.boolean() != nullptr) return makeNumber(Flag, {{}, *value.boolean()});
+  if (value.number() != nullptr) return makeNumber(Number, *value.number());
+  if (value.date() != nullptr) return makeNumber(Date, {{}, 0, value.date()->seconds});
+  std::vector<Object*> parts;
+  if (value.array() != nullptr) {
+    for (const PropertyList& element : *value.array()) parts.push_back(makeValue(element));
+    return make({Array, "", {}, std::move(parts)});
+  }
+  if (value.dictionary() == nullptr) return make({Data});
+  for (const auto& [key, entry] : *value.dictionary()) {
+    parts.insert(parts.begin(), {make({String, key}), makeValue(entry)});
+  }
+  return make({Dictionary, "", {}, std::move(parts)});
+}
+
+// CFBundle notes in the information dictionary where it found it, as a URL.
+Object* makeBundle(const platform::Bundle& bundle) {
+  Object* info = makeValue(bundle.info);
+  info->parts.push_back(make({String, "CFBundleInfoPlistURL"}));
+  info->parts.push_back(make({Url, bundle.path + "/Contents/Info.plist"}));
+  return make({Bundle, bundle.path, {}, {info}});
+}
+
+CFIndex utf16Length(std::string_view utf8) {
+  CFIndex length = 0;
+  for (const char c : utf8) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0) != 0x80) length += byte >= 0xF0 ? 2 : 1;
+  }
+  return length;
+}
+
+}  // namespace
+
+static const char kNoAllocator = 0;
+const CFAllocatorRef kCFAllocatorNull = reinterpret_cast<CFAllocatorRef>(&kNoAllocator);
+
+CFStringRef standInString(const char* text) {
+  return refOf<CFStringRef>(make({String, text, {}, {}, kConstant}));
+}
+
+#define STAND_IN_TYPE(name, kind)  \
+  CFTypeID CF##name##GetTypeID() { \
+    return kind;                   \
+  }
+STAND_IN_TYPE(String, String)
+STAND_IN_TYPE(Number, Number)
+STAND_IN_TYPE(Boolean, Flag)
+STAND_IN_TYPE(Date, Date)
+STAND_IN_TYPE(Array, Array)
+STAND_IN_TYPE(Dictionary, Dictionary)
+
+CFTypeID CFGetTypeID(CFTypeRef object) {
+  return objectOf(object, Any, __func__).kind;
+}
+
+void CFRelease(CFTypeRef object) {
+  release(objectOf(object, Any, __func__));
+}
+
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex size,
+                                    CFStringEncoding, Boolean) {
+  const auto* text = reinterpret_cast<const char*>(bytes);
+  return refOf<CFStringRef>(make({String, std::string(text, static_cast<std::size_t>(size))}));
+}
+
+CFStringRef CFStringCreateWithFormat(CFAllocatorRef, CFDictionaryRef, CFStringRef format, ...) {
+  const std::string& form = objectOf(format, String, __func__).text;
+  if (!form.starts_with("%@")) complain(__func__, "another format");
+  std::va_list arguments;
+  va_start(arguments, format);
+  const std::string& argument = objectOf(va_arg(arguments, CFTypeRef), String, __func__).text;
+  va_end(arguments);
+  return refOf<CFStringRef>(make({String, argument + form.substr(2)}));
+}
+
+CFIndex CFStringGetLength(CFStringRef string) {
+  return utf16Length(objectOf(string, String, __func__).text);
+}
+
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding, UInt8, Boolean,
+                         UInt8* buffer, CFIndex size, CFIndex* used) {
+  const std::string& text = objectOf(string, String, __func__).text;
+  if (range.location != 0 || range.length != utf16Length(text))
+    complain(__func__, "a part of a string");
+  char* to = reinterpret_cast<char*>(buffer);
+  *used = static_cast<CFIndex>(text.copy(to, static_cast<std::size_t>(size)));
+  return range.length;
+}
+
+CFNumberType CFNumberGetType(CFNumberRef number) {
+  return static_cast<CFNumberType>(objectOf(number, Number, __func__).number.type);
+}
+
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
+  const PropertyList::Number& held = objectOf(number, Number, __func__).number;
+  const bool isReal = type == kCFNumberFloat64Type;
+  const void* from = isReal ? static_cast<const void*>(&held.real) : &held.integer;
+  std::memcpy(value, from, sizeof held.real);
+  return 1;
+}
+
+Boolean CFBooleanGetValue(CFBooleanRef boolean) {
+  return objectOf(boolean, Flag, __func__).number.integer != 0;
+}
+
+CFDateRef CFDateCreate(CFAllocatorRef, CFAbsoluteTime time) {
+  return refOf<CFDateRef>(makeNumber(Date, {{}, 0, time}));
+}
+
+CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date) {
+  return objectOf(date, Date, __func__).number.real;
+}
+
+CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
+  return platform::presentTime();
+}
+
+CFDataRef CFDataCreateWithBytesNoCopy(CFAllocatorRef, const UInt8* bytes, CFIndex size,
+                                      CFAllocatorRef bytesDeallocator) {
+  if (bytesDeallocator != kCFAllocatorNull) complain(__func__, "frees the caller's bytes");
+  const auto* text = reinterpret_cast<const char*>(bytes);
+  return refOf<CFDataRef>(make({Data, std::string(text, static_cast<std::size_t>(size))}));
+}
+
+CFIndex CFArrayGetCount(CFArrayRef array) {
+  return static_cast<CFIndex>(objectOf(array, Array, __func__).parts.size());
+}
+
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
+  return objectOf(array, Array, __func__).parts.at(static_cast<std::size_t>(index));
+}
+
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
+  return static_cast<CFIndex>(objectOf(dictionary, Dictionary, __func__).parts.size() / 2);
+}
+
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
+                                  const void** values) {
+  const std::vector<Object*>& parts = objectOf(dictionary, Dictionary, __func__).parts;
+  for (std::size_t i = 0; i < parts.size(); i += 2) {
+    *keys++ = parts[i];
+    *values++ = parts[i + 1];
+  }
+}
+
+CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef document, CFOptionFlags,
+                                                  CFStringRef*) {
+  const auto value = platform::readPropertyList(objectOf(document, Data, __func__).text);
+  return value ? makeValue(*value) : nullptr;
+}
+
+CFLocaleRef CFLocaleCopyCurrent() {
+  return refOf<CFLocaleRef>(make({Locale}));
+}
+
+CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFDateFormatterStyle,
+                                         CFDateFormatterStyle) {
+  objectOf(locale, Locale, __func__);
+  return refOf<CFDateFormatterRef>(make({Formatter}));
+}
+
+void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef format) {
+  objectOf(formatter, Formatter, __func__).text = objectOf(format, String, __func__).text;
+}
+
+CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,
+                                                CFDateRef date) {
+  const double seconds = objectOf(date, Date, __func__).number.real;
+  const std::string& pattern = objectOf(formatter, Formatter, __func__).text;
+  return refOf<CFStringRef>(make({String, platform::formatLocalDate(seconds, pattern)}));
+}
+
+CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef path, CFURLPathStyle, Boolean) {
+  const std::string& text = objectOf(path, String, __func__).text;
+  return text.empty() ? nullptr : refOf<CFURLRef>(make({Url, text}));
+}
+
+CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle) {
+  return refOf<CFStringRef>(make({String, objectOf(url, Url, __func__).text}));
+}
+
+CFStringRef CFURLCopyLastPathComponent(CFURLRef url) {
+  const std::string& path = objectOf(url, Url, __func__).text;
+  return refOf<CFStringRef>(make({String, path.substr(path.rfind('/') + 1)}));
+}
+
+CFArrayRef CFBundleCreateBundlesFromDirectory(CFAllocatorRef, CFURLRef folder, CFStringRef) {
+  std::string path = objectOf(folder, Url, __func__).text;
+  if (path.ends_with('/')) path.pop_back();
+  std::vector<Object*> bundles;
+  for (const platform::Bundle& bundle : platform::readBundleFolder(path)) {
+    bundles.push_back(makeBundle(bundle));
+  }
+  return refOf<CFArrayRef>(make({Array, "", {}, std::move(bundles)}));
+}
+
+CFDictionaryRef CFBundleGetInfoDictionary(CFBundleRef bundle) {
+  return refOf<CFDictionaryRef>(objectOf(bundle, Bundle, __func__).parts.front());
+}
+
+CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
+  return refOf<CFURLRef>(make({Url, objectOf(bundle, Bundle, __func__).text}));
+}

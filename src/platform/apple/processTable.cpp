@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstring>
 #include <iterator>
+#include <memory>
+#include <new>
 #include <string>
 
 namespace platform::apple {
@@ -18,18 +20,22 @@ static_assert(offsetof(kinfo_proc, kp_proc.p_pid) == 40);
 static_assert(offsetof(kinfo_proc, kp_proc.p_comm) == 243);
 static_assert(offsetof(kinfo_proc, kp_eproc.e_ppid) == 560);
 
-// The table as the kernel hands it out; empty when it cannot be read.
-std::vector<char> readKernelTable() {
+struct Table {
+  std::unique_ptr<char[]> bytes;
+  std::size_t size = 0;
+};
+
+// The table as the kernel hands it out; empty when it cannot be read or memory does not hold it.
+Table readKernelTable() {
   constexpr int kAttempts = 3;
   int name[] = {CTL_KERN, KERN_PROC, KERN_PROC_ALL};
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    std::size_t size = 0;
-    if (sysctl(name, std::size(name), nullptr, &size, nullptr, 0) != 0) return {};
-    std::vector<char> table(size);
-    if (sysctl(name, std::size(name), table.data(), &size, nullptr, 0) == 0) {
-      table.resize(size);
+    Table table;
+    if (sysctl(name, std::size(name), nullptr, &table.size, nullptr, 0) != 0) return {};
+    table.bytes.reset(new (std::nothrow) char[table.size]);
+    if (!table.bytes) return {};
+    if (sysctl(name, std::size(name), table.bytes.get(), &table.size, nullptr, 0) == 0)
       return table;
-    }
     if (errno != ENOMEM) return {};  // ENOMEM: processes were started in between
   }
   return {};
@@ -46,11 +52,12 @@ Process readEntry(const char* bytes) {
 }  // namespace
 
 std::vector<Process> readProcessTable() {
-  const std::vector<char> table = readKernelTable();
+  const Table table = readKernelTable();
+  const std::size_t count = table.size / sizeof(kinfo_proc);
   std::vector<Process> processes;
-  processes.reserve(table.size() / sizeof(kinfo_proc));
-  for (std::size_t at = 0; at + sizeof(kinfo_proc) <= table.size(); at += sizeof(kinfo_proc)) {
-    processes.push_back(readEntry(&table[at]));
+  processes.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    processes.push_back(readEntry(&table.bytes[i * sizeof(kinfo_proc)]));
   }
   return processes;
 }

@@ -35,7 +35,12 @@ std::string applicationsProfile(int count) {
       "\t\t\t\t<key>location</key>\n\t\t\t\t<string>/Applications/Folder %3$d/Application "
       "%1$d.app</string>\n"
       "\t\t\t\t<key>obtained_from</key>\n\t\t\t\t<string>identified_developer</string>\n"
+      "\t\t\t\t<key>path</key>\n\t\t\t\t<string>/Applications/Folder %3$d/Application "
+      "%1$d.app</string>\n"
       "\t\t\t\t<key>runtime_environment</key>\n\t\t\t\t<string>arch_x86</string>\n"
+      "\t\t\t\t<key>signed_by</key>\n\t\t\t\t<array>\n"
+      "\t\t\t\t\t<string>Developer ID Application: Maker %3$d, Inc.</string>\n"
+      "\t\t\t\t\t<string>Developer ID Certification Authority</string>\n\t\t\t\t</array>\n"
       "\t\t\t\t<key>version</key>\n\t\t\t\t<string>%3$d.%2$d</string>\n\t\t\t</dict>\n");
   return document(dataType("SPApplicationsDataType", items));
 }

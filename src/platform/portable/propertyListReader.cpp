@@ -27,7 +27,7 @@ bool isBlank(const char* text) {
 
 // The element's text, CDATA included; nothing when anything else stands in it, a comment too.
 std::optional<std::string> textOf(const pugi::xml_node& element) {
-  std::string text;
+  std::string text = element.value();  // what stands before the first node within
   for (const pugi::xml_node& part : element) {
     if (part.type() != pugi::node_pcdata && part.type() != pugi::node_cdata) return std::nullopt;
     text += part.value();
@@ -39,6 +39,7 @@ std::optional<std::string> textOf(const pugi::xml_node& element) {
 // them or `take` refuses one.
 template <typename Take>
 bool forEachElement(const pugi::xml_node& container, const Take& take) {
+  if (!isBlank(container.value())) return false;
   for (const pugi::xml_node& part : container) {
     switch (part.type()) {
       case pugi::node_element:
@@ -143,7 +144,7 @@ class Reader {
       return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
     }
     if (name == "true" || name == "false") {
-      if (element.first_child()) return std::nullopt;
+      if (element.first_child() || *element.value() != '\0') return std::nullopt;
       return PropertyList(name == "true");
     }
     std::optional<std::string> text = textOf(element);
@@ -220,9 +221,10 @@ std::optional<PropertyList> readPropertyList(std::string_view document) {
   if (!xml) return std::nullopt;
   // No normalisation of line ends: texts keep their bytes, as on the Mac. Comments are kept because
   // one within a text refuses the document, text outside the root because some before it does.
+  // Texts are kept as values of their elements: a node for each would double the tree.
   constexpr unsigned kFlags = pugi::parse_cdata | pugi::parse_escapes |
-                              pugi::parse_ws_pcdata_single | pugi::parse_comments | pugi::parse_pi |
-                              pugi::parse_fragment;
+                              pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata |
+                              pugi::parse_comments | pugi::parse_pi | pugi::parse_fragment;
   pugi::xml_document tree;
   if (!tree.load_buffer(xml->data(), xml->size(), kFlags, pugi::encoding_utf8)) return std::nullopt;
   const pugi::xml_node root = rootElement(tree);

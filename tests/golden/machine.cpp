@@ -4,23 +4,17 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 
 #include "huxread/container.h"
 #include "run/scanRun.h"
 #include "support/fakeHost.h"
+#include "support/fileText.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string fileText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
 
 // The files of a folder by name; none when it is missing.
 std::map<std::string, fs::path> filesOf(const fs::path& folder) {

@@ -13,7 +13,7 @@ namespace {
 
 // The blocks between lines of three backquotes behind the last heading.
 std::vector<std::string> exampleBlocks() {
-  std::ifstream page(ORBEX_SOURCE "/docs/hux-format.md");
+  std::ifstream page(PROJECT_FOLDER "/docs/hux-format.md");
   std::vector<std::string> blocks;
   bool inside = false;
   for (std::string line; std::getline(page, line);) {

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "handmade.h"
+#include "support/fileText.h"
 #include "support/workingFolder.h"
 
 using Huxutil = WorkingFolder;
@@ -23,10 +23,7 @@ struct Outcome {
 Outcome runHuxutil(const std::string& arguments, const std::string& bytes) {
   std::ofstream("test.hux", std::ios::binary) << bytes;
   const int status = std::system(("exec >out 2>&1; '" HUXUTIL "' " + arguments).c_str());
-  std::ifstream out("out", std::ios::binary);
-  return {
-      WIFEXITED(status) ? WEXITSTATUS(status) : -1, {std::istreambuf_iterator<char>(out), {}}
-  };
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText("out")};
 }
 
 // Sections 0 (assetinfo, "asset"), 2 (snapshot, "scan") and 3 (snapshot, not readable).

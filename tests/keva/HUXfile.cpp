@@ -4,11 +4,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "base/formatString.h"
 #include "bytes.h"
 #include "keva/deflate.h"
+#include "support/fileText.h"
 
 using namespace std::string_literals;
 
@@ -47,8 +47,7 @@ TEST(HUXfile, SavesOverWhatWasThere) {
   std::ofstream(path) << std::string(10000, 'x');
   HUXfile file(true);
   EXPECT_TRUE(file.save(path, true));
-  std::ifstream saved(path, std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), file.buildImage(true));
+  EXPECT_EQ(fileText(path), file.buildImage(true));
   std::filesystem::remove(path);
   EXPECT_FALSE(file.save(path / "a.hux", true));
 }

@@ -4,9 +4,9 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <string>
 
+#include "support/fileText.h"
 #include "support/snapshotFile.h"
 #include "support/workingFolder.h"
 
@@ -39,15 +39,10 @@ struct Outcome {
   std::string errors;
 };
 
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // What becomes of a shell line.
 Outcome outcome(const std::string& line) {
   const int status = std::system(("{ " + line + "; } >out 2>err").c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf("out"), contentOf("err")};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText("out"), fileText("err")};
 }
 
 void writeScript(const std::string& file, const std::string& text) {

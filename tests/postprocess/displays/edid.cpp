@@ -4,14 +4,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "base/formatString.h"
+#include "support/corpus.h"
 
 namespace {
 
@@ -19,13 +18,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 const std::filesystem::path kBlocks = PROJECT_FOLDER "/tests/postprocess/displays/blocks";
 
-std::string contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 Bytes blockOf(const std::string& name) {
-  const std::string text = contentOf(kBlocks / (name + ".hex"));
+  const std::string text = fileText(kBlocks / (name + ".hex"));
   Bytes bytes;
   for (std::size_t i = 0; i + 1 < text.size(); i += text[i] == '\n' ? 1 : 2) {
     if (text[i] == '\n') continue;
@@ -56,8 +50,6 @@ std::string describe(const Edid& edid) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 // Every text is what edid-decode says, but for what a block only seems to state:
 //   gaming, television, stripped, manyBlocks   serial numbers that stand in for a missing one
 //   television         a picture of 16 by 9 millimetres, which is its ratio
@@ -69,7 +61,7 @@ TEST(Edid, SaysOfTheBlocksWhatAnotherDecoderSays) {
     if (entry.path().extension() != ".txt") continue;
     const auto edid = decodeEdid(blockOf(entry.path().stem()));
     ASSERT_TRUE(edid.has_value()) << entry.path();
-    EXPECT_EQ(describe(*edid), contentOf(entry.path())) << entry.path();
+    EXPECT_EQ(describe(*edid), fileText(entry.path())) << entry.path();
   }
 }
 
@@ -90,14 +82,9 @@ TEST(Edid, ReadsWholeBlocks) {
 }
 
 TEST(Edid, OfTheFuzzersCorpusIsThereWhenItIsValid) {
-  for (const auto& entry :
-       std::filesystem::directory_iterator(PROJECT_FOLDER "/fuzz/corpus/edid")) {
-    const std::string text = contentOf(entry.path());
-    const Bytes bytes(text.begin(), text.end());
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
-    const std::string name = entry.path().filename();
-    EXPECT_EQ(decodeEdid(bytes).has_value(), name.starts_with("valid")) << name;
-  }
+  checkCorpus(PROJECT_FOLDER "/fuzz/corpus/edid", [](const std::string& bytes) {
+    return decodeEdid(Bytes(bytes.begin(), bytes.end())).has_value();
+  });
 }
 
 TEST(Edid, KnowsNumbersThatStateNothing) {

@@ -75,6 +75,12 @@ TEST_F(Huxutil, AnswersWithTextOrWordsAndExitCode) {
   }
 }
 
+TEST_F(Huxutil, ExplainsItselfWhereverItIsAskedTo) {
+  const Outcome run = runHuxutil("list test.hux --help 2>&-", exampleFile());
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_TRUE(run.output.starts_with("Usage: huxutil list FILE\n")) << run.output;
+}
+
 TEST_F(Huxutil, MindsAFullDiskButNoReaderThatLeft) {
   const std::string file = fileOfOne("customdata", zlibStream(std::string(5000000, 'x')));
   const Outcome left = runHuxutil("text test.hux | head -c 3", file);

@@ -40,6 +40,9 @@ TEST(TagPath, AddsPropertiesOneLevelBelowEachSlash) {
   document.top().child("Disk")->child("Part");
   document.holder().addPropertyAt("/Disk", "a", "1");
   document.holder().addPropertyAt("/Disk/Part", "b", "3");  // below "First", not below "Disk"
+  for (const char* nowhere : {"/None", "/Disk/None/Part", "/None/a/b", "Disk/Part", ""}) {
+    document.holder().addPropertyAt(nowhere, "c", "4");
+  }
   EXPECT_EQ(written(document.top()),
             "+Top=\n+Disk=\n~a=1\n+First=\n*Part=\n~b=3\n-\n*Part=\n-\n-\n");
 }

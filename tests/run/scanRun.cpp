@@ -44,6 +44,13 @@ TEST_F(ScanRun, WritesAFileOfASilentMachine) {
   EXPECT_THAT(host.commands, testing::Not(testing::Contains(StartsWith("ioreg"))));
 }
 
+TEST_F(ScanRun, IsLeftOutWhenTheOptionsSaySo) {
+  FakeHost host;
+  scanRun(host, RunOptions{1, 1, 1}, true, false, "", "");
+  EXPECT_TRUE(host.commands.empty());
+  EXPECT_TRUE(std::filesystem::is_empty("."));
+}
+
 TEST_F(ScanRun, KeepsForSupportEvenWhatIsNoProfile) {
   FakeHost host;
   host.reads[kProfiler] = {{}, {"<plist>no property list"}};

@@ -14,7 +14,7 @@ set(CMAKE_CXX_COMPILER ${zig} c++)
 set(CMAKE_CXX_COMPILER_TARGET ${ORBEX_TARGET})
 # Without optimisation the package switches the undefined-behaviour sanitizer on, whose run-time library
 # a program for users is not to have.
-set(CMAKE_CXX_FLAGS_INIT "-F${CMAKE_CURRENT_LIST_DIR}/frameworks -fno-sanitize=undefined")
+set(CMAKE_CXX_FLAGS_INIT "\"-F${CMAKE_CURRENT_LIST_DIR}/frameworks\" -fno-sanitize=undefined")
 # Without debug symbols, which name files of this machine: the identifier of a program (LC_UUID) is made
 # of its bytes, and shall be the same wherever it is built.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-S)

@@ -65,7 +65,7 @@ void PostProcessUserAccounts(kevaDoc& snapshot, platform::Host& host) {
 std::optional<UserRecord> parseUserRecord(const std::string& output) {
   const std::size_t home = output.find("\nNFSHomeDirectory:");
   if (home == std::string::npos) return std::nullopt;
-  const std::string_view record = std::string_view(output).substr(home);
+  const std::string record = output.substr(home) + "\n";  // the last line may lack its end
   const std::optional<std::string> name = textBetween(record, "RecordName:", "RecordType:");
   if (!name) return std::nullopt;
   return UserRecord{*name, textBetween(record, "RealName:", "RecordName:"),

@@ -42,8 +42,7 @@ void writeSlot(kevaDoc& snapshot, const Item& slot, std::size_t number) {
   tag->setAttribute("used", TagValue(used ? "1" : "0"));
   if (!used) return;
   const std::int64_t megabytes = truncateToInteger(strictQuantity(SizeToMB, slot, "dimm_size"));
-  const std::string bytes =
-      formatString("%lld", static_cast<long long>(strictQuantity(SizeToBytes, slot, "dimm_size")));
+  const std::string bytes = bytesText(strictQuantity(SizeToBytes, slot, "dimm_size"));
   tag->setAttribute("capacity", TagValue(megabytes), "base-value", bytes.c_str());
 }
 

@@ -13,7 +13,6 @@
 #include "base/quantities.h"
 #include "postprocess/edid.h"
 #include "postprocess/mapping.h"
-#include "postprocess/partition.h"
 
 namespace {
 

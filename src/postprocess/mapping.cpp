@@ -106,6 +106,10 @@ Tag& Entries::add(const TagValue& value) {
   return entry;
 }
 
+std::string bytesText(std::int64_t bytes) {
+  return std::to_string(bytes);
+}
+
 void markComplex(Tag& parent, std::string_view name) {
   parent.setAttribute(name, TagValue(""), "complex", "");
 }

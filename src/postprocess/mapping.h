@@ -133,5 +133,8 @@ class Entries {
   unsigned count_ = 0;
 };
 
+// A byte count as the text of the property "base-value".
+std::string bytesText(std::int64_t bytes);
+
 // Marks on `parent` that a child tag of that name says more: an empty attribute "complex".
 void markComplex(Tag& parent, std::string_view name);

@@ -29,10 +29,6 @@ std::int64_t difference(std::int64_t left, std::int64_t right) {
 
 }  // namespace
 
-std::string bytesText(std::int64_t bytes) {
-  return formatString("%lld", static_cast<long long>(bytes));
-}
-
 VolumeAmounts writeAmounts(const Item& volume, Tag& partition) {
   VolumeAmounts amounts;
   const auto read = [&volume](const char* inBytes, const char* asText, std::int64_t& bytes) {

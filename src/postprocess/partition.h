@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "keva/tag.h"
 #include "postprocess/mapping.h"
@@ -22,6 +21,3 @@ VolumeAmounts writeAmounts(const Item& volume, Tag& partition);
 
 // Writes "free%" and "used%" when what is free is known and the size is not 0.
 void writePercentages(const VolumeAmounts& amounts, Tag& partition);
-
-// A byte count as the text of the property "base-value".
-std::string bytesText(std::int64_t bytes);

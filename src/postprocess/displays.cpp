@@ -199,6 +199,8 @@ void PostProcessDisplays(kevaDoc& snapshot, const kevaDoc& raw) {
   for (const Item& item : items(raw, "SPDisplaysDataType")) {
     writeAdapter(item, adapters.add(item.value(item.has("sppci_model") ? "sppci_model" : "_name")));
     for (const Item& monitor : nestedItems(item, "spdisplays_ndrvs")) {
+      // Systems up to 10.8 also list the connectors that nothing is plugged into.
+      if (monitor.text("spdisplays_status") == "spdisplays_not_connected") continue;
       writeMonitor(monitor, monitors.add(monitor.value("_name")));
     }
   }

@@ -12,7 +12,6 @@
 #include "collect/commandRunner.h"
 #include "collect/osVersion.h"
 
-using platform::NumberType;
 using platform::PropertyList;
 
 namespace {
@@ -68,9 +67,8 @@ std::string unsignedText(double number) {
 std::string countText(const PropertyList* value) {
   const PropertyList::Number* number = value == nullptr ? nullptr : value->number();
   if (number == nullptr) return "";
-  const bool real = number->type == NumberType::Float32 || number->type == NumberType::Float64;
-  return real ? unsignedText(number->real)
-              : formatString("%u", static_cast<unsigned>(number->integer));
+  return isReal(number->type) ? unsignedText(number->real)
+                              : formatString("%u", static_cast<unsigned>(number->integer));
 }
 
 // Binary gigabytes of a size text; nothing when there is no text, 0 for one that is too short.

@@ -53,8 +53,8 @@ class Host {
   // text, an unknown element, bytes that are not UTF-8, a key without a value, "<data/>", an
   // integer beyond 64 bits or with anything behind its digits, a date of another form than
   // YYYY-MM-DDThh:mm:ssZ, arrays and dictionaries nested more than kMaxNesting deep. What stands
-  // behind "</plist>" is not looked at. Of equal keys the last value counts, in the place of the
-  // first. Integers are NumberType::SInt64, zero SInt32, reals Float64.
+  // behind "</plist>" is not looked at. Of equal keys the last value counts, off the Mac in the
+  // place of the first. Integers are NumberType::SInt64, zero SInt32, reals Float64.
   //
   // Texts that are no XML at all are refused off the Mac, while the platform may read an old-style
   // list out of them: look whether the value is of the expected kind.

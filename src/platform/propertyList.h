@@ -29,20 +29,26 @@ enum class NumberType : int {
   CGFloat,
 };
 
+constexpr bool isReal(NumberType type) {
+  return type == NumberType::Float32 || type == NumberType::Float64 || type == NumberType::Float ||
+         type == NumberType::Double || type == NumberType::CGFloat;
+}
+
 // A value of a property list with everything below it, owned.
 class PropertyList {
  public:
   struct Number {
     NumberType type;
-    std::int64_t integer = 0;  // of the integer types
-    double real = 0;           // of the others
+    std::int64_t integer = 0;  // 0 when isReal(type)
+    double real = 0;           // 0 when not
   };
   struct Date {
     double seconds;  // since 2001-01-01 00:00:00 UTC
   };
   struct Data {};  // bytes that no scan reads: recognised, not kept
   using Array = std::vector<PropertyList>;
-  // In the platform's enumeration order (off the Mac that of the document); no key stands twice.
+  // In the order of the document; on a Mac, whose parser does not keep it, in that of the keys'
+  // bytes, nearly the one in which the platform prints its lists. No key stands twice.
   using Dictionary = std::vector<std::pair<std::string, PropertyList>>;
 
   PropertyList(std::string text) : value_(std::move(text)) {}

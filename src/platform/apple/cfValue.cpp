@@ -1,5 +1,6 @@
 #include "platform/apple/cfValue.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -19,16 +20,10 @@ Value convert(CFTypeRef object, int depth);
 // Read at full width whatever the type: who stores the number looks at the type.
 PropertyList convertNumber(CFNumberRef object) {
   PropertyList::Number number{static_cast<NumberType>(CFNumberGetType(object))};
-  switch (number.type) {
-    case NumberType::Float32:
-    case NumberType::Float64:
-    case NumberType::Float:
-    case NumberType::Double:
-    case NumberType::CGFloat:
-      CFNumberGetValue(object, kCFNumberFloat64Type, &number.real);
-      break;
-    default:
-      CFNumberGetValue(object, kCFNumberSInt64Type, &number.integer);
+  if (isReal(number.type)) {
+    CFNumberGetValue(object, kCFNumberFloat64Type, &number.real);
+  } else {
+    CFNumberGetValue(object, kCFNumberSInt64Type, &number.integer);
   }
   return number;
 }
@@ -57,6 +52,8 @@ Value convertDictionary(CFDictionaryRef object, int depth) {
     if (!value) return std::nullopt;
     dictionary.emplace_back(textOf(static_cast<CFStringRef>(keys[i])), std::move(*value));
   }
+  // They are enumerated by their hashes: nothing that is numbered or set twice may hang on that.
+  std::ranges::sort(dictionary, {}, &PropertyList::Dictionary::value_type::first);
   return PropertyList(std::move(dictionary));
 }
 

@@ -30,7 +30,7 @@ Owned<CFStringRef> makeString(std::string_view utf8);
 // UTF-8 of the whole string; "" for a null one.
 std::string textOf(CFStringRef string);
 
-// A property list as a tree of our own, dictionaries in the platform's enumeration order. Objects
+// A property list as a tree of our own, dictionaries in the order of their keys' bytes. Objects
 // that are in no XML property list (CFBundle adds URLs to information dictionaries) become data.
 // Nothing when arrays and dictionaries are nested more than Host::kMaxNesting deep.
 std::optional<PropertyList> valueOf(CFTypeRef object);

@@ -62,6 +62,15 @@ TEST(ProcessTable, IsAskedForThreeTimesWhileItGrows) {
   }
 }
 
+TEST(Values, AreSortedByTheirKeys) {
+  const auto list = AppleHost().parsePropertyList(
+      "<dict><key>b</key><true/><key>B</key><true/><key>a</key><true/><key>_</key><true/></dict>");
+  ASSERT_TRUE(list);
+  std::string keys;
+  for (const auto& [key, value] : *list->dictionary()) keys += key;
+  EXPECT_EQ(keys, "B_ab");
+}
+
 TEST(Values, KeepTheTypeOfTheirNumbers) {
   const PropertyList::Number cases[] = {
       {NumberType::SInt8,   -1,        0     },

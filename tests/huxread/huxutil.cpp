@@ -59,6 +59,7 @@ TEST_F(Huxutil, AnswersWithTextOrWordsAndExitCode) {
       {"text test.hux",            0, "asset"                                                 },
       {"text test.hux 2",          0, "scan"                                                  },
       {"text test.hux snapshot",   0, "scan"                                                  },
+      {"text test.hux ''",         2, "huxutil: test.hux: has no section \n"                  },
       {"text test.hux customdata", 2, "huxutil: test.hux: has no section customdata\n"        },
       {"text test.hux 3",          2,
        "huxutil: test.hux: section 3: not a compressed document: bad magic\n"                 },

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,16 +70,15 @@ Result<std::string> listSections(const Container& container) {
 }
 
 // The text of the first section that `wanted` is the number or the type of, of the first of all
-// when it is empty.
-Result<std::string> sectionText(const Container& container, const std::string& wanted) {
+// when nothing is wanted.
+Result<std::string> sectionText(const Container& container,
+                                const std::optional<std::string>& wanted) {
   for (const Section& section : container.sections()) {
-    if (wanted.empty() || wanted == std::to_string(section.number) ||
-        wanted == typeName(section.type)) {
+    if (!wanted || *wanted == std::to_string(section.number) || *wanted == typeName(section.type)) {
       return container.text(section.number);
     }
   }
-  if (wanted.empty()) return Error{"has no sections"};
-  return Error{"has no section " + wanted};
+  return Error{wanted ? "has no section " + *wanted : "has no sections"};
 }
 
 }  // namespace
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
   }
   const std::string& path = arguments[1];
   const Result<Container> container = Container::open(path);
-  const std::string section = arguments.size() == 3 ? arguments[2] : "";
+  const auto section = arguments.size() == 3 ? std::optional(arguments[2]) : std::nullopt;
   const Result<std::string> output = !container ? container.error()
                                      : list     ? listSections(*container)
                                                 : sectionText(*container, section);

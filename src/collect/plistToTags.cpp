@@ -67,8 +67,7 @@ class Below {
 // Walks a property list with one path that grows and shrinks as it goes.
 class Converter {
  public:
-  // The host may be null where there are no dates.
-  Converter(platform::Host* host, kevaDoc& document, std::string path)
+  Converter(platform::Host& host, kevaDoc& document, std::string path)
       : host_(host), document_(document), path_(std::move(path)) {}
 
   void dataType(const PropertyList::Dictionary& dictionary) {
@@ -124,15 +123,14 @@ class Converter {
     } else if (value.text() != nullptr) {
       document_.set(path_, TagValue(*value.text()));
     } else if (value.date() != nullptr) {
-      document_.set(path_,
-                    TagValue(formatDate(*host_, value.date()->seconds, TimestampForm::Long)));
+      document_.set(path_, TagValue(formatDate(host_, value.date()->seconds, TimestampForm::Long)));
     } else if (value.number() != nullptr) {
       const TagValue number = numberValue(*value.number(), level);
       if (number.kind() != TagValue::Kind::None) document_.set(path_, number);
     }
   }
 
-  platform::Host* host_;
+  platform::Host& host_;
   kevaDoc& document_;
   std::string path_;
 };
@@ -146,23 +144,23 @@ void convertProfile(platform::Host& host, const PropertyList& root, kevaDoc& doc
     if (dataType == nullptr || dataType->text() == nullptr) continue;
     if (*dataType->text() == "SPLogsDataType" || *dataType->text() == "SPFontsDataType") continue;
     const std::string path = formatString("/%s", normalizedText(*dataType->text()).c_str());
-    Converter(&host, document, path).dataType(*element.dictionary());
+    Converter(host, document, path).dataType(*element.dictionary());
   }
 }
 
 void convertDictionary(platform::Host& host, const PropertyList::Dictionary& dictionary,
                        const std::string& path, kevaDoc& document) {
-  Converter(&host, document, path).dictionary(dictionary);
+  Converter(host, document, path).dictionary(dictionary);
 }
 
 void convertArray(platform::Host& host, const PropertyList::Array& array, const std::string& path,
                   kevaDoc& document) {
-  Converter(&host, document, path).array(array);
+  Converter(host, document, path).array(array);
 }
 
-void convertNamedValues(const PropertyList::Dictionary& dictionary, const std::string& path,
-                        kevaDoc& document) {
-  Converter(nullptr, document, path).namedValues(dictionary);
+void convertNamedValues(platform::Host& host, const PropertyList::Dictionary& dictionary,
+                        const std::string& path, kevaDoc& document) {
+  Converter(host, document, path).namedValues(dictionary);
 }
 
 std::string sanitizeKey(std::string_view key) {

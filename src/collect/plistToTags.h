@@ -29,7 +29,7 @@ void convertArray(platform::Host& host, const platform::PropertyList::Array& arr
 
 // A dictionary of texts as a numbered list: entry i becomes "item<i>" with "_name" (the key) and
 // "value". An entry that is no text is left out but keeps its number.
-void convertNamedValues(const platform::PropertyList::Dictionary& dictionary,
+void convertNamedValues(platform::Host& host, const platform::PropertyList::Dictionary& dictionary,
                         const std::string& path, kevaDoc& document);
 
 // A key as it stands in a path: apostrophe, blank, "/", ",", and the typographic quotation marks

@@ -98,13 +98,8 @@ Result<Section> parseSection(const Group& group, std::uint32_t count) {
   if (name == std::end(kTypeNames)) {
     return Error{title + (type.empty() ? ": type is missing" : ": type is unknown")};
   }
-  return Section{*number,
-                 static_cast<SectionType>(name - std::begin(kTypeNames)),
-                 *offset,
-                 *length,
-                 textEntry(group, "timestamp"),
-                 textEntry(group, "snaptype"),
-                 textEntry(group, "ID")};
+  return Section{*number, static_cast<SectionType>(name - std::begin(kTypeNames)), *offset, *length,
+                 textEntry(group, "timestamp")};
 }
 
 }  // namespace

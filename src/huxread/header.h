@@ -14,16 +14,15 @@ enum class SectionType { AssetInfo, Snapshot, CustomData };
 // The word for it in the header: "assetinfo", "snapshot", "customdata".
 const char* typeName(SectionType type);
 
-// One section as the header lists it. The three texts are "" when the header does not state them;
-// they are the file's own bytes, control characters included.
+// One section as the header lists it.
 struct Section {
   std::uint32_t number;
   SectionType type;
-  std::uint32_t offset;   // bytes from the start of the file
-  std::uint32_t length;   // bytes
-  std::string timestamp;  // when the machine was scanned
-  std::string snaptype;   // what kind of machine it is, with the version of the form: "mac:1"
-  std::string id;         // what the custom data is: "rawdata"
+  std::uint32_t offset;  // bytes from the start of the file
+  std::uint32_t length;  // bytes
+  // When the machine was scanned; "" when the header does not state it. These are the file's own
+  // bytes, control characters included.
+  std::string timestamp;
 };
 
 // The sections that the header text lists, by increasing number; numbers may be left out. Keys that

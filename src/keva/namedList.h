@@ -19,7 +19,6 @@ template <typename Node>
 class NamedList {
  public:
   std::size_t size() const { return nodes_.size(); }
-  bool empty() const { return nodes_.empty(); }
 
   // Null when `index` is not below size().
   Node* at(std::size_t index) const {
@@ -43,11 +42,6 @@ class NamedList {
     Node* added = nodes_.back().get();
     if (index_) index_->byName.try_emplace(added->name(), added);
     return *added;
-  }
-
-  void clear() {
-    index_.reset();
-    nodes_.clear();
   }
 
   // Puts the nodes into the given order: order[i] is the present position of the node that comes to

@@ -79,6 +79,22 @@ TEST(PlistToTags, StoresNumbersByTheirType) {
   EXPECT_EQ(tag->findChild("list")->findAttribute("item5")->value().text(), nullptr);
 }
 
+TEST(PlistToTags, WritesSinglePartsAtTheirPath) {
+  FakeHost host;
+  kevaDoc document(true, "Top");
+  const PropertyList::Dictionary rules = {
+      {"A b", "on" },
+      {"B",   true },
+      {"C",   "off"}
+  };
+  convertDictionary(host, rules, "", document);
+  convertArray(host, {"x", rules}, "/list", document);
+  convertNamedValues(host, rules, "/named", document);
+  EXPECT_EQ(textOf(document),
+            "+Top=\nA_b=on\nC=off\n+list=\nitem0=x\n*item1=\nA_b=on\nC=off\n-\n"
+            "+named=\n*item0=\n_name=A b\nvalue=on\n*item2=\n_name=C\nvalue=off\n-\n-\n");
+}
+
 TEST(PlistToTags, FollowsTheDeepestNesting) {
   constexpr int kArrays = platform::Host::kMaxNesting - 3;  // within root, data type and "_items"
   std::string xml = "<string>x</string>";

@@ -26,7 +26,9 @@ TEST(HUXfile, ListsItsSectionsBehindThem) {
       all += document->pack(false, true);
       file.addDocument(std::move(document), type, false, true);
     }
+    EXPECT_FALSE(file.hasRawData());
     file.addRawData("<plist/>\n");
+    EXPECT_TRUE(file.hasRawData());
     all += deflateOrEnd("<plist/>\n", kFileSite);
     const auto size = [&](std::size_t i) { return file.sections()[i].data.size(); };
     const std::string header = formatString(

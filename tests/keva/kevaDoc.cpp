@@ -28,8 +28,12 @@ TEST(KevaDoc, PacksSectionsWithTheirIndex) {
     streams += stream;
   }
   const auto place = static_cast<char>(streams.size());
-  EXPECT_EQ(document.pack(true, true),
-            streams + deflateOrEnd(index, kDocumentSite) + "\0\0\0"s + place + "\1\1");
+  const std::string packed =
+      streams + deflateOrEnd(index, kDocumentSite) + "\0\0\0"s + place + "\1\1";
+  EXPECT_EQ(document.pack(true, true), packed);
+  kevaDoc copy(document);
+  document.set("/a", TagValue("y"));
+  EXPECT_EQ(copy.pack(true, true), packed);
 }
 
 TEST(KevaDoc, PacksWhatAPathPutBesideTheTopTag) {

@@ -10,6 +10,9 @@ TEST(Tag, SetsValuesAndKeepsProperties) {
   none->setProperty("complex", "2");
   top.setChild("a", TagValue(std::int64_t{7}));
   top.setChild("a", TagValue());  // replaces, unlike an attribute's
+  EXPECT_EQ(top.attributeAt(1), none);
+  EXPECT_EQ(top.attributeAt(2), nullptr);
+  EXPECT_EQ(top.childAt(1), nullptr);
   EXPECT_EQ(written(top), "+top=\nsize=8 GB\n~units=gb\nnone=\n~complex=2\n~complex=1\n*a=\n-\n");
 }
 

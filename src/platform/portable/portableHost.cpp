@@ -39,8 +39,4 @@ std::string PortableHost::formatDate(double seconds, const std::string& pattern)
   return formatLocalDate(seconds, pattern);
 }
 
-std::unique_ptr<Host> makeHost() {
-  return std::make_unique<PortableHost>();
-}
-
 }  // namespace platform

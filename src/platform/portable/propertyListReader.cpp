@@ -217,19 +217,22 @@ pugi::xml_node rootElement(const pugi::xml_document& tree) {
 }  // namespace
 
 std::optional<PropertyList> readPropertyList(std::string_view document) {
-  const std::optional<std::string_view> xml = scanXml(document);
+  const std::optional<XmlScan> xml = scanXml(document);
   if (!xml) return std::nullopt;
   // No normalisation of line ends: texts keep their bytes, as on the Mac. Comments are kept because
   // one within a text refuses the document, text outside the root because some before it does.
   // Texts are kept as values of their elements: a node for each would double the tree.
-  constexpr unsigned kFlags = pugi::parse_cdata | pugi::parse_escapes |
-                              pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata |
+  constexpr unsigned kFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_embed_pcdata |
                               pugi::parse_comments | pugi::parse_pi | pugi::parse_fragment;
+  // Blanks count where they are a whole text, or a part of one beside CDATA.
+  const unsigned blanks = xml->hasCdata ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
   pugi::xml_document tree;
-  if (!tree.load_buffer(xml->data(), xml->size(), kFlags, pugi::encoding_utf8)) return std::nullopt;
+  if (!tree.load_buffer(xml->text.data(), xml->text.size(), kFlags | blanks, pugi::encoding_utf8)) {
+    return std::nullopt;
+  }
   const pugi::xml_node root = rootElement(tree);
   if (!root) return std::nullopt;
-  return Reader(*xml).readElement(root, 0);
+  return Reader(xml->text).readElement(root, 0);
 }
 
 }  // namespace platform

@@ -54,13 +54,22 @@ bool isKnownReference(std::string_view name) {
   return false;
 }
 
+// Length of the "</plist>" at the start of `text`, which may have blanks before its ">"; 0 when
+// there is none.
+std::size_t endTagLength(std::string_view text) {
+  constexpr std::string_view kEndTag = "</plist";
+  if (!text.starts_with(kEndTag)) return 0;
+  const std::size_t end = text.find_first_not_of(" \t\r\n", kEndTag.size());
+  return end < text.size() && text[end] == '>' ? end + 1 : 0;
+}
+
 }  // namespace
 
-std::optional<std::string_view> scanXml(std::string_view document) {
-  constexpr std::string_view kEnd = "</plist>";
+std::optional<XmlScan> scanXml(std::string_view document) {
   constexpr std::string_view kComment = "<!--";
   constexpr std::string_view kCdata = "<![CDATA[";
   constexpr std::size_t kLongestReference = 16;
+  bool hasCdata = false;
   std::size_t quietUntil = 0;  // end of the comment or CDATA section that `at` is in
   for (std::size_t at = 0; at < document.size();) {
     const char c = document[at];
@@ -79,15 +88,17 @@ std::optional<std::string_view> scanXml(std::string_view document) {
       if (semicolon == std::string_view::npos) return std::nullopt;
       if (!isKnownReference(rest.substr(1, semicolon - 1))) return std::nullopt;
     } else if (c == '<') {
-      if (rest.starts_with(kEnd)) return document.substr(0, at - 1 + kEnd.size());
+      const std::size_t end = endTagLength(rest);
+      if (end != 0) return XmlScan{document.substr(0, at - 1 + end), hasCdata};
       const bool comment = rest.starts_with(kComment);
       if (!comment && !rest.starts_with(kCdata)) continue;
+      hasCdata = hasCdata || !comment;
       const std::size_t inside = at - 1 + (comment ? kComment.size() : kCdata.size());
       quietUntil = document.find(comment ? "-->" : "]]>", inside);
       if (quietUntil == std::string_view::npos) return std::nullopt;
     }
   }
-  return document;
+  return XmlScan{document, hasCdata};
 }
 
 }  // namespace platform

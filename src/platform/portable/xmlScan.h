@@ -9,8 +9,11 @@ namespace platform {
 // that are not UTF-8, NUL bytes, references to entities other than the five of XML, references to
 // code points that do not exist.
 //
-// Returns the part of the document to parse, which ends with "</plist>" when there is one; nothing
-// for a document to refuse.
-std::optional<std::string_view> scanXml(std::string_view document);
+// Nothing for a document to refuse.
+struct XmlScan {
+  std::string_view text;  // the part of the document to parse, up to "</plist>" when there is one
+  bool hasCdata = false;  // whether there is a CDATA section in it
+};
+std::optional<XmlScan> scanXml(std::string_view document);
 
 }  // namespace platform

@@ -67,6 +67,7 @@ TEST_P(Hosts, ReadPropertyLists) {
       {"<string> a\r\n\tb </string>",                     "\" a\r\n\tb \""         },
       {"<string>&lt;&#xE9;<![CDATA[&<]]></string>",       "\"<\u00E9&<\""          },
       {"<string>\U0001F34E</string>",                     "\"\U0001F34E\""         },
+      {"<string> <![CDATA[x]]> <![CDATA[y]]>\n</string>", "\" x y\n\""             },
       {"<string/>",                                       "\"\""                   },
       {"<array><array/><dict/><!-- --><false/></array>",  "[ [ ] { } false ]"      },
       {"<dict><key>z</key><string>1</string><key>a</key><string>2</string><key>z</key>"
@@ -75,7 +76,8 @@ TEST_P(Hosts, ReadPropertyLists) {
   for (const auto& [xml, value] : cases) {
     const std::string element = xml;
     EXPECT_EQ(parsed("<plist>" + element + "</plist>"), value) << xml;
-    EXPECT_EQ(parsed("\xEF\xBB\xBF<plist version=\"1.0\" a=\"b\">" + element + "</plist>&"), value);
+    EXPECT_EQ(parsed("\xEF\xBB\xBF<plist version=\"1.0\" a=\"b\">" + element + "</plist \n>&"),
+              value);
   }
 }
 
@@ -128,6 +130,7 @@ TEST_P(Hosts, TakeEveryFolderForABundle) {
                        {"link",                "\"1.0\""   }
   }));
   EXPECT_TRUE(host->bundles(pathOf("missing")).empty());
+  EXPECT_TRUE(host->bundles(pathOf("no text \xFF")).empty());
 }
 
 TEST_P(Hosts, TellTheTimeOfTheirZone) {

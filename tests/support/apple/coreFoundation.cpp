@@ -81,8 +81,9 @@ void CFRelease(CFTypeRef object) {
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex size,
                                     CFStringEncoding, Boolean) {
-  const auto* text = reinterpret_cast<const char*>(bytes);
-  return refOf<CFStringRef>(make({String, std::string(text, static_cast<std::size_t>(size))}));
+  const std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
+  const bool isUtf8 = text.find_first_of("\xC0\xC1\xFE\xFF") == std::string::npos;  // nearly
+  return isUtf8 ? refOf<CFStringRef>(make({String, text})) : nullptr;
 }
 
 CFStringRef CFStringCreateWithFormat(CFAllocatorRef, CFDictionaryRef, CFStringRef format, ...) {

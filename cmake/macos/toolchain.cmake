@@ -14,7 +14,12 @@ set(CMAKE_CXX_COMPILER ${zig} c++)
 set(CMAKE_CXX_COMPILER_TARGET ${ORBEX_TARGET})
 # Without optimisation the package switches the undefined-behaviour sanitizer on, whose run-time library
 # a program for users is not to have.
-set(CMAKE_CXX_FLAGS_INIT "\"-F${CMAKE_CURRENT_LIST_DIR}/frameworks\" -fno-sanitize=undefined")
+# The package brings its own C++ library, which has everything; a Mac that builds for the oldest system
+# has that system's. With its annotations the library refuses what is missing there, std::filesystem
+# for one.
+set(annotations _LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS)
+string(JOIN " " CMAKE_CXX_FLAGS_INIT "\"-F${CMAKE_CURRENT_LIST_DIR}/frameworks\""
+  -fno-sanitize=undefined -U${annotations} -D${annotations}=1)
 # Without debug symbols, which name files of this machine: the identifier of a program (LC_UUID) is made
 # of its bytes, and shall be the same wherever it is built.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-S)

@@ -13,10 +13,9 @@ set(CMAKE_CXX_COMPILER ${zig} c++)
 # Named here, it keeps CMake from linking a program to find out who the compiler is.
 set(CMAKE_CXX_COMPILER_TARGET ${ORBEX_TARGET})
 # Without optimisation the package switches the undefined-behaviour sanitizer on, whose run-time library
-# a program for users is not to have.
-# The package brings its own C++ library, which has everything; a Mac that builds for the oldest system
-# has that system's. With its annotations the library refuses what is missing there, std::filesystem
-# for one.
+# a program for users is not to have. Its own C++ library has everything, that of the oldest Mac, which
+# a build on a Mac is linked with, has not: with the annotations it refuses what is missing there,
+# std::filesystem for one.
 set(annotations _LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS)
 string(JOIN " " CMAKE_CXX_FLAGS_INIT "\"-F${CMAKE_CURRENT_LIST_DIR}/frameworks\""
   -fno-sanitize=undefined -U${annotations} -D${annotations}=1)

@@ -34,8 +34,8 @@ Table readKernelTable() {
     if (sysctl(name, std::size(name), nullptr, &table.size, nullptr, 0) != 0) return {};
     table.bytes.reset(new (std::nothrow) char[table.size]);
     if (!table.bytes) return {};
-    if (sysctl(name, std::size(name), table.bytes.get(), &table.size, nullptr, 0) == 0)
-      return table;
+    const int result = sysctl(name, std::size(name), table.bytes.get(), &table.size, nullptr, 0);
+    if (result == 0) return table;
     if (errno != ENOMEM) return {};  // ENOMEM: processes were started in between
   }
   return {};

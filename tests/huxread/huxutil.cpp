@@ -1,29 +1,22 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "handmade.h"
-#include "support/fileText.h"
+#include "support/shell.h"
 #include "support/workingFolder.h"
 
 using Huxutil = WorkingFolder;
 
 namespace {
 
-struct Outcome {
-  int exitCode;
-  std::string output;  // of both standard streams
-};
-
-// Runs the shell line "huxutil `arguments`" where test.hux holds these bytes.
+// Runs the shell line "huxutil `arguments`" where test.hux holds these bytes. Errors are output
+// too.
 Outcome runHuxutil(const std::string& arguments, const std::string& bytes) {
   std::ofstream("test.hux", std::ios::binary) << bytes;
-  const int status = std::system(("exec >out 2>&1; '" HUXUTIL "' " + arguments).c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText("out")};
+  return outcome("exec 2>&1; '" HUXUTIL "' " + arguments);
 }
 
 // Sections 0 (assetinfo, "asset"), 2 (snapshot, "scan") and 3 (snapshot, not readable).

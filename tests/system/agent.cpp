@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <string>
 
-#include "support/fileText.h"
+#include "support/shell.h"
 #include "support/snapshotFile.h"
 #include "support/workingFolder.h"
 
@@ -32,18 +30,6 @@ const std::string kMac = playing(PROJECT_FOLDER "/demo/mac");
 const std::string kPrompt =
     "Orbex scanner for MacOS X (version 17.05.24)\n"
     "Do you want to start the scan of local computer?(y/n)\n";
-
-struct Outcome {
-  int exitCode;
-  std::string output;
-  std::string errors;
-};
-
-// What becomes of a shell line.
-Outcome outcome(const std::string& line) {
-  const int status = std::system(("{ " + line + "; } >out 2>err").c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText("out"), fileText("err")};
-}
 
 void writeScript(const std::string& file, const std::string& text) {
   fs::create_directories(fs::path(file).parent_path());

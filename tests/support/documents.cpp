@@ -40,13 +40,3 @@ void addRawItems(kevaDoc& raw, std::string_view dataType, std::string_view items
   ASSERT_TRUE(profile.has_value()) << xml;
   convertProfile(host, *profile, raw);
 }
-
-std::string dict(std::initializer_list<std::pair<std::string_view, std::string_view>> entries) {
-  std::string xml = "<dict>";
-  for (const auto& [key, value] : entries) {
-    xml.append("<key>").append(key).append("</key>");
-    const bool isXml = value.find('<') != std::string_view::npos;
-    xml.append(isXml ? "" : "<string>").append(value).append(isXml ? "" : "</string>");
-  }
-  return xml + "</dict>";
-}

@@ -20,6 +20,3 @@ kevaDoc rawItems(std::string_view dataType, std::string_view items);
 
 // The same with a second data type, and so on: adds to a raw document.
 void addRawItems(kevaDoc& raw, std::string_view dataType, std::string_view items);
-
-// XML of a dictionary: dict({{"_name", "<string>x</string>"}}); texts without "<" are strings.
-std::string dict(std::initializer_list<std::pair<std::string_view, std::string_view>> entries);

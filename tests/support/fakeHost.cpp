@@ -60,7 +60,6 @@ std::optional<platform::PropertyList> FakeHost::parsePropertyList(std::string_vi
 }
 
 std::vector<platform::Bundle> FakeHost::bundles(const std::string& folder) {
-  bundleQuestions.push_back(folder);
   const auto found = bundleFolders.find(folder);
   return found == bundleFolders.end() ? std::vector<platform::Bundle>() : found->second;
 }

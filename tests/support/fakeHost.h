@@ -26,9 +26,8 @@ class FakeHost : public platform::Host {
   std::map<std::string, std::vector<platform::Bundle>> bundleFolders;
   std::deque<double> times;  // used up one by one, the last one stays; seconds since 2001
 
-  std::vector<std::string> commands;         // what was run, in order
-  std::vector<std::size_t> readSizes;        // size of every read of every command
-  std::vector<std::string> bundleQuestions;  // folders asked for
+  std::vector<std::string> commands;   // what was run, in order
+  std::vector<std::size_t> readSizes;  // size of every read of every command
 
   std::unique_ptr<platform::CommandOutput> startCommand(const std::string& command) override;
   std::optional<platform::PropertyList> parsePropertyList(std::string_view document) override;

@@ -40,16 +40,3 @@ TEST(References, AreCountedByTheStandIn) {
   CFRelease(nullptr);
   EXPECT_THAT(standIn::takeComplaints(), ElementsAre("CFRelease: no object"));
 }
-
-TEST(References, ToElementsEndWithTheirContainer) {
-  const auto array = [] {
-    const Owned<CFStringRef> path = makeString("/usr/");
-    const Owned<CFURLRef> url(
-        CFURLCreateWithFileSystemPath(nullptr, path.get(), kCFURLPOSIXPathStyle, true));
-    return Owned<CFArrayRef>(CFBundleCreateBundlesFromDirectory(nullptr, url.get(), nullptr));
-  };
-  const void* bundle = CFArrayGetValueAtIndex(array().get(), 0);
-  CFGetTypeID(bundle);
-  EXPECT_THAT(standIn::takeComplaints(),
-              ElementsAre(testing::StartsWith("CFGetTypeID: a released object")));
-}

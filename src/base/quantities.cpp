@@ -10,6 +10,7 @@
 namespace {
 
 constexpr double kGigabyte = 1073741824.0;  // bytes
+constexpr double kDecimalGigabyte = 1e9;
 
 struct Unit {
   std::string_view name;
@@ -60,20 +61,14 @@ double SizeToMB(std::string_view text) {
 }
 
 double SizeToDecimalGB(std::string_view text, bool round) {
-  const long double bytes = ParseSizeGB(text) * kGigabyte;
-  const long double gigabytes = bytesToDecimalGB(bytes);
-  if (!round || bytes < -1884901888.0L) return static_cast<double>(gigabytes);
-  // 0.4 in double is a little above 0.4L: a last bit lost on the way does not round 3.4 up.
-  const long double rounded = gigabytes + (std::fmod(gigabytes, 1.0L) > 0.4 ? 1 : 0);
-  const std::int64_t whole = truncateToInteger(rounded);
-  return static_cast<double>(std::clamp<std::int64_t>(whole, std::numeric_limits<int>::min(),
-                                                      std::numeric_limits<int>::max()));
-}
-
-long double bytesToDecimalGB(long double bytes) {
+  const double bytes = ParseSizeGB(text) * kGigabyte;
   // Two ways to nearly the same figure; the order of the divisions decides its last digits.
-  if (bytes < -1884901888.0L) return bytes / 1e9L;
-  return bytes / 1000 / 10000000 * 10;
+  if (bytes < -1884901888.0) return static_cast<double>(bytes / 1e9L);
+  if (!round) return static_cast<double>(static_cast<long double>(bytes) / 1000 / 10000000 * 10);
+  // A quotient may lose its last bit, and on some processors more of them; a remainder never does.
+  const double counted = std::min(bytes, kDecimalGigabyte * std::numeric_limits<int>::max());
+  const double rest = std::fmod(counted, kDecimalGigabyte);
+  return (counted - rest) / kDecimalGigabyte + (rest > 0.4 * kDecimalGigabyte ? 1 : 0);
 }
 
 std::int64_t truncateToInteger(long double number) {

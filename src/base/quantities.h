@@ -25,8 +25,5 @@ double SizeToMB(std::string_view text);           // gigabytes of 1024 megabytes
 // the fraction is above 0.4 (not 0.5), else down.
 double SizeToDecimalGB(std::string_view text, bool round);
 
-// The same scale for a byte count, not rounded.
-long double bytesToDecimalGB(long double bytes);
-
 // Truncates toward zero. A number beyond 64 bits becomes the nearest one within, NaN becomes 0.
 std::int64_t truncateToInteger(long double number);

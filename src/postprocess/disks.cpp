@@ -20,12 +20,13 @@ struct Bus {
 
 // Decimal gigabytes of a disk, whole, and its bytes.
 void writeSize(const Item& device, Tag& disk) {
+  constexpr std::int64_t kGigabyte = 1'000'000'000;  // bytes
   constexpr auto kRounded = [](const std::string& text) { return SizeToDecimalGB(text, true); };
   std::int64_t bytes = 0;
   std::int64_t gigabytes = 0;
   if (device.has("size_in_bytes")) {
     bytes = device.integer("size_in_bytes");
-    gigabytes = truncateToInteger(bytesToDecimalGB(static_cast<long double>(bytes)));
+    gigabytes = bytes / kGigabyte;
   } else {
     bytes = quantity(SizeToBytes, device, "size");
     gigabytes = truncateToInteger(quantity(kRounded, device, "size"));

@@ -26,6 +26,7 @@ TEST(Quantities, ReadSizeTexts) {
 
 TEST(Quantities, RoundUpFromFourTenthsAndStayWithinTheirTypes) {
   EXPECT_EQ(SizeToDecimalGB("3320312.5 KB", true), 3);           // 3.4
+  EXPECT_EQ(SizeToDecimalGB("390625 GB", true), 419430);         // 419430.4: no digit to lose
   EXPECT_EQ(SizeToDecimalGB("2353515.625 KB", true), 3);         // 2.41
   EXPECT_DOUBLE_EQ(SizeToDecimalGB("-2343750 KB", true), -2.4);  // never rounded so low
   EXPECT_EQ(SizeToBytes("1e999 TB"), INT64_MAX);

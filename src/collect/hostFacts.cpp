@@ -162,11 +162,9 @@ void addDisplayFacts(const PropertyList* item, HostFacts& facts) {
 // The interface of the active connection; null when there is none.
 const PropertyList* activeInterface(const PropertyList& profile, const std::string& ipAddress) {
   for (const PropertyList& item : elements(itemsOf(profile, "SPNetworkDataType"))) {
-    const PropertyList* interface = item.find("interface");
-    const PropertyList* addresses = item.find("ip_address");
-    if (interface == nullptr) continue;
-    if (ipAddress.empty() ? addresses != nullptr && textOr(interface).starts_with("en")
-                          : isText(at(addresses, 0), ipAddress)) {
+    const PropertyList* address = at(item.find("ip_address"), 0);
+    if (ipAddress.empty() ? address != nullptr && textOr(item.find("interface")).starts_with("en")
+                          : isText(address, ipAddress)) {
       return &item;
     }
   }

@@ -43,9 +43,9 @@ struct NetworkFacts {
 // Runs the command for the platform's UUID (platformUuid) when the profile has an entry to read.
 HostFacts collectSoftwareHardwareFacts(platform::Host& host, const platform::PropertyList& profile);
 
-// The active connection: the first "en" interface with an address, or the interface that has
-// `ipAddress` when that is not empty; domain and NetBIOS name are those of its service in the
-// active network location.
+// The active connection: the first "en" interface with an address, or the first connection that has
+// `ipAddress`, of whatever interface, when that is not empty; domain and NetBIOS name are those of
+// its service in the active network location.
 NetworkFacts collectNetworkFacts(const platform::PropertyList& profile,
                                  const std::string& ipAddress);
 

@@ -39,7 +39,9 @@ void PostProcessApplications(kevaDoc& snapshot, const kevaDoc& raw) {
     } else if (application.text("has64BitIntelCode") == "yes") {
       tag.setAttribute("64bit-app", TagValue("1"));
     }
-    copyPresent(application, "location", tag, "path");
+    // Always there, unlike the others: newer systems name the place by another key.
+    const bool hasLocation = application.has("location");
+    tag.setAttribute("path", hasLocation ? application.value("location") : TagValue(""));
   }
   sortChildrenByValue(software);
 }

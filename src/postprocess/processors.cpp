@@ -1,5 +1,6 @@
 #include "postprocess/processors.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <span>
 
@@ -82,8 +83,9 @@ void PostProcessProcessors(kevaDoc& snapshot, const kevaDoc& raw) {
   const Item& hardware = list.front();
   const Counts counts{hardware.has("packages") ? hardware.integer("packages") : 1,
                       coreCount(hardware)};
+  constexpr std::int64_t kMost = 1024;  // far beyond any Mac: a wrong count costs no more than that
   Entries processors(snapshot, {"Processors"}, "Processor:");
-  for (std::int64_t n = 1; n <= counts.packages; ++n) {
+  for (std::int64_t n = 1; n <= std::min(counts.packages, kMost); ++n) {
     const TagValue numbered(formatString("CPU #%lld", static_cast<long long>(n)));
     Tag& processor =
         processors.add(hardware.has("cpu_type") ? hardware.value("cpu_type") : numbered);

@@ -27,6 +27,9 @@ current-clock-speed=0 | - | -)"));
   for (const char* none : {"", "{packages=2}", "{packages=#-1}"}) {
     EXPECT_EQ(written(none), "*Snapshot=\n") << none;
   }
+  const std::string many = written("{packages=#8589934592; l3_cache=16 TB}");
+  EXPECT_NE(many.find("\n*Processor:1024=CPU #1024\ncore-count=1\nl3-cache-size=2\n"), many.npos);
+  EXPECT_EQ(many.find("Processor:1025"), many.npos);
   EXPECT_THROW(written("{l3_cache_core=KB}"), std::out_of_range);
   EXPECT_THROW(written("{l2_cache=#512}"), std::out_of_range);
 }

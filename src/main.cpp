@@ -98,9 +98,10 @@ Answer askToScan() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader of standard output that goes away must not cost the snapshot. A handler, unlike
-  // ignoring the signal, is not handed on to the commands that a scan starts.
-  std::signal(SIGPIPE, [](int) {});
+  // A reader of standard output that goes away must not cost the snapshot, and a limit on the size
+  // of files is an error like a full disk. A handler, unlike ignoring the signals, is not handed on
+  // to the commands that a scan starts.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, [](int) {});
 
   const CommandLine line = parseOptions(argc, argv);
   if (line.help) {

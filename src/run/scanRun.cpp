@@ -16,7 +16,7 @@
 #include "keva/kevaDoc.h"
 #include "postprocess/pipeline.h"
 #include "run/phaseLog.h"
-#include "run/snapshotName.h"
+#include "run/snapshotFile.h"
 
 using platform::PropertyList;
 
@@ -85,11 +85,13 @@ void setTopEntries(const AssetFacts& facts, std::int32_t seconds, kevaDoc& snaps
 // Phases VI and VII: names the file, saves it, says so.
 void saveSnapshot(HUXfile& file, const std::string& name, const AssetFacts& facts, bool silent,
                   const PhaseLog& log) {
+  const std::string image = file.buildImage(true);  // what can end the run does so without a file
   log("VI. Generating File name....");
-  const std::string path = claimSnapshotPath(snapshotStem(name, facts.network.macAddress));
+  const std::string stem = snapshotStem(name, facts.network.macAddress);
   log("done\n");
   log("VII. Saving to file....");
-  if (!file.save(path, true)) {
+  const auto [path, saved] = saveSnapshotFile(stem, image);
+  if (!saved) {
     printError("Cannot create file :%s\n", path.c_str());
   } else if (silent) {
     printText(">>>%s\n", path.c_str());

@@ -136,11 +136,16 @@ TEST_F(Agent, SavesWhatTheProfilerSaysForSupport) {
 }
 
 TEST_F(Agent, SaysWhenTheFileCannotBeCreated) {
-  const std::string leave = "mkdir gone; cd gone; rmdir ../gone; ";
+  const std::string file = pathOf("MARA-KESTREL_00005E0053A0.hux");
+  const std::string leave = "mkdir -p gone; cd gone; rmdir ../gone; ";
   const Outcome run = outcome(leave + "echo y | " + kMac + kAgent + "-debug");
   EXPECT_EQ(run.output, kPrompt + "Scan started...\n");
   EXPECT_THAT(run.errors, EndsWith("Cannot create file :./MARA-KESTREL_00005E0053A0.hux\n"));
   EXPECT_EQ(run.exitCode, 0);
+  // Also where it can be created and not written to its end.
+  const Outcome cut = outcome("echo y | " + kMac + "sh -c 'ulimit -f 8; \"$0\" -debug' " + kAgent);
+  EXPECT_THAT(cut.errors, EndsWith("Cannot create file :" + file + "\n"));
+  EXPECT_FALSE(fs::exists(file));
   const Outcome silent = outcome(leave + kMac + kAgent + "-silent -debug");
   EXPECT_EQ(silent.output, "");
   EXPECT_THAT(silent.errors, Not(HasSubstr("Cannot create file")));

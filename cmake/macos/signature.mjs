@@ -1,45 +1,18 @@
 // Verifies the ad-hoc signature of a program's arm64 part, without which the kernel ends it at once:
 // every page must have the hash that the signature states. The structures are those of Apple's published
-// headers mach-o/fat.h, mach-o/loader.h and kern/cs_blobs.h.
+// headers mach-o/loader.h and kern/cs_blobs.h.
 //
 //   node signature.mjs PROGRAM...
 
 import { createHash } from "node:crypto";
 import { readFileSync } from "node:fs";
+import { commands, CPU_TYPE_ARM64, expect, parts, processorOf } from "./machO.mjs";
 
-const FAT_MAGIC = 0xcafebabe;
-const MH_MAGIC_64 = 0xfeedfacf;
-const CPU_TYPE_ARM64 = 0x0100000c;
 const LC_CODE_SIGNATURE = 0x1d;
 const CSMAGIC_EMBEDDED_SIGNATURE = 0xfade0cc0;
 const CSMAGIC_CODEDIRECTORY = 0xfade0c02;
 const CS_ADHOC = 0x2;
 const CS_HASHTYPE_SHA256 = 2;
-
-function expect(condition, what) {
-  if (!condition) throw new Error(what);
-}
-
-function arm64Part(file) {
-  expect(file.readUInt32BE(0) === FAT_MAGIC, "no universal program");
-  for (let i = 0; i < file.readUInt32BE(4); ++i) {
-    const [type, , offset, size] = [0, 4, 8, 12].map((at) => file.readUInt32BE(8 + 20 * i + at));
-    if (type === CPU_TYPE_ARM64) return file.subarray(offset, offset + size);
-  }
-  throw new Error("no arm64 part");
-}
-
-function signatureCommand(part) {
-  expect(part.readUInt32LE(0) === MH_MAGIC_64, "no 64-bit program");
-  let at = 32;  // size of the header
-  for (let left = part.readUInt32LE(16); left > 0; --left) {
-    if (part.readUInt32LE(at) === LC_CODE_SIGNATURE) {
-      return { offset: part.readUInt32LE(at + 8), size: part.readUInt32LE(at + 12) };
-    }
-    at += part.readUInt32LE(at + 4);
-  }
-  throw new Error("not signed");
-}
 
 function codeDirectory(signature) {
   expect(signature.readUInt32BE(0) === CSMAGIC_EMBEDDED_SIGNATURE, "no signature");
@@ -52,8 +25,11 @@ function codeDirectory(signature) {
 
 // Returns the number of pages.
 function verify(name) {
-  const part = arm64Part(readFileSync(name));
-  const { offset, size } = signatureCommand(part);
+  const part = parts(readFileSync(name)).find((each) => processorOf(each) === CPU_TYPE_ARM64);
+  expect(part !== undefined, "no arm64 part");
+  const [command] = commands(part, LC_CODE_SIGNATURE);
+  expect(command !== undefined, "not signed");
+  const [offset, size] = [8, 12].map((at) => command.readUInt32LE(at));
   expect(offset + size <= part.length, "the signature is cut off");
   const directory = codeDirectory(part.subarray(offset, offset + size));
   const [flags, hashes, pages, limit] = [12, 16, 28, 32].map((at) => directory.readUInt32BE(at));

@@ -95,10 +95,14 @@ TEST(Schema, DocumentsWhateverTheGoldenSnapshotsHold) {
   const Page page = readPage();
   for (const auto& [path, found] : goldenEntries()) {
     const auto documented = page.paths.find(path);
-    ASSERT_NE(documented, page.paths.end()) << "no row for " << found.where;
+    const std::size_t slash = path.find('/');
+    ASSERT_TRUE(documented != page.paths.end())
+        << "docs/schema.md, \"## " << path.substr(0, slash) << "\", has no row for `"
+        << path.substr(slash) << "` (behind a \":\" goes N or a name in capitals); seen in "
+        << found.where;
     const Entry& row = documented->second;
     const auto kind = page.kinds.find(row.kind);
-    ASSERT_NE(kind, page.kinds.end()) << "unknown kind: " << row.where;
+    ASSERT_NE(kind, page.kinds.end()) << "docs/schema.md: unknown kind: " << row.where;
     EXPECT_TRUE(std::regex_match(found.value, kind->second))
         << found.where << " is no " << row.kind;
   }
@@ -108,11 +112,11 @@ TEST(Schema, PromisesNothingThatNoGoldenSnapshotHolds) {
   const Entries found = goldenEntries();
   for (const auto& [path, row] : readPage().paths) {
     const auto [first, end] = found.equal_range(path);
-    EXPECT_NE(first, end) << row.where;
+    EXPECT_TRUE(first != end) << "docs/schema.md: no machine shows " << row.where;
     std::set<std::string> properties;
     for (auto entry = first; entry != end; ++entry) {
       properties.insert(entry->second.properties.begin(), entry->second.properties.end());
     }
-    EXPECT_EQ(properties, row.properties) << row.where;
+    EXPECT_EQ(properties, row.properties) << "docs/schema.md: " << row.where;
   }
 }

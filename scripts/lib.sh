@@ -55,7 +55,7 @@ watch_log() {
 }
 
 # configure FOLDER COMPILER OPTION...: prepares build/FOLDER. Options that are not named keep what an
-# earlier run gave them: ./scan and ./check share build/release, and neither makes the other build anew.
+# earlier run gave them: ./scan shares build/release with ./check, and builds nothing anew after it.
 configure() {
   local folder=$root/build/$1 compiler=$2
   shift 2

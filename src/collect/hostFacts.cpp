@@ -1,11 +1,12 @@
 #include "collect/hostFacts.h"
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
+#include <vector>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "base/quantities.h"
 #include "base/text.h"
@@ -140,13 +141,10 @@ void addDiskFacts(const PropertyList* controllers, HostFacts& facts) {
 std::string diagonalText(std::string_view edid) {
   constexpr std::size_t kImageSize = 21;  // bytes 21 and 22 of the block
   constexpr double kCentimetresPerInch = 2.54;
-  if (edid.starts_with("0x") || edid.starts_with("0X")) edid.remove_prefix(2);
-  if (edid.size() < 2 * (kImageSize + 2)) return "";
-  unsigned width = 0;
-  unsigned height = 0;
-  const std::string digits(edid.substr(2 * kImageSize, 4));
-  if (std::sscanf(digits.c_str(), "%2x%2x", &width, &height) != 2) return "";
-  return unsignedText(std::round(std::hypot(width, height) / kCentimetresPerInch));
+  const std::vector<std::uint8_t> block = hexadecimalBytes(edid);
+  if (block.size() < kImageSize + 2) return "";
+  const double diagonal = std::hypot(block[kImageSize], block[kImageSize + 1]);
+  return unsignedText(std::round(diagonal / kCentimetresPerInch));
 }
 
 void addDisplayFacts(const PropertyList* item, HostFacts& facts) {

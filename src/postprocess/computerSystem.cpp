@@ -4,6 +4,7 @@
 #include "base/quantities.h"
 #include "collect/hostFacts.h"
 #include "postprocess/mapping.h"
+#include "postprocess/memorySlots.h"
 
 namespace {
 
@@ -33,32 +34,17 @@ void writeComputer(kevaDoc& snapshot, const Item& hardware, platform::Host& host
   copyPresent(hardware, "serial_number", chassis, "serial");
 }
 
-void writeSlot(kevaDoc& snapshot, const Item& slot, std::size_t number) {
-  Tag& slots = branch(snapshot, {"System", "Mem-slots"});
-  const std::string name = formatString("mem-slot:%zu", number);
-  markComplex(slots, name);
-  Tag* tag = slots.child(name);
-  const bool used = slot.text("dimm_status") == "ok";
-  tag->setAttribute("used", TagValue(used ? "1" : "0"));
-  if (!used) return;
-  const std::int64_t megabytes = truncateToInteger(strictQuantity(SizeToMB, slot, "dimm_size"));
-  const std::string bytes = bytesText(strictQuantity(SizeToBytes, slot, "dimm_size"));
-  tag->setAttribute("capacity", TagValue(megabytes), "base-value", bytes.c_str());
-}
-
 // The slots of every bank are numbered from 1, so that a second bank overwrites the first; the
 // section "Memory" has them all.
-void writeSlots(kevaDoc& snapshot, const kevaDoc& raw) {
-  std::size_t position = 0;
-  for (const Item& item : items(raw, "SPMemoryDataType")) {
-    ++position;
-    if (item.child("_items") == nullptr) {
-      writeSlot(snapshot, item, position);
-      continue;
-    }
-    std::size_t number = 0;
-    for (const Item& slot : nestedItems(item, "_items")) writeSlot(snapshot, slot, ++number);
-  }
+void writeSlot(kevaDoc& snapshot, const MemorySlot& slot) {
+  Tag& tag = markedChild(branch(snapshot, {"System", "Mem-slots"}),
+                         formatString("mem-slot:%u", slot.number));
+  const bool used = slot.item.text("dimm_status") == "ok";
+  tag.setAttribute("used", TagValue(used ? "1" : "0"));
+  if (!used) return;
+  const double megabytes = strictQuantity(SizeToMB, slot.item, "dimm_size");
+  const std::string bytes = bytesText(strictQuantity(SizeToBytes, slot.item, "dimm_size"));
+  tag.setAttribute("capacity", TagValue(truncateToInteger(megabytes)), "base-value", bytes.c_str());
 }
 
 void writePower(kevaDoc& snapshot, const Item& information) {
@@ -77,7 +63,7 @@ void writePower(kevaDoc& snapshot, const Item& information) {
 void PostProcessComputerSystem(kevaDoc& snapshot, const kevaDoc& raw, platform::Host& host) {
   const std::vector<Item> hardware = items(raw, "SPHardwareDataType");
   if (!hardware.empty()) writeComputer(snapshot, hardware.front(), host);
-  writeSlots(snapshot, raw);
+  for (const MemorySlot& slot : memorySlots(raw)) writeSlot(snapshot, slot);
   for (const Item& item : items(raw, "SPPowerDataType")) {
     if (item.text("_name") != "sppower_information") continue;
     writePower(snapshot, item);

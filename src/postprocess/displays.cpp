@@ -1,16 +1,14 @@
 #include "postprocess/displays.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "base/quantities.h"
+#include "postprocess/aspectRatio.h"
 #include "postprocess/edid.h"
 #include "postprocess/mapping.h"
 
@@ -34,69 +32,13 @@ constexpr Row kPicture[] = {
     {"pixels",     {"_spdisplays_pixels"},                              copied},
 };
 
-// --- texts
-
-std::string_view withoutPrefix(std::string_view hexadecimal) {
-  const bool hasPrefix = hexadecimal.starts_with("0x") || hexadecimal.starts_with("0X");
-  return hexadecimal.substr(hasPrefix ? 2 : 0);
+// What is not stated ("", 0) is not written.
+TagValue stated(const std::string& text) {
+  return text.empty() ? TagValue() : TagValue(text);
 }
 
-// The number that the whole text is; empty when it is none, or beyond the type.
-template <typename Unsigned>
-std::optional<Unsigned> numberIn(std::string_view text, int base) {
-  Unsigned number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc() || rest != end) return std::nullopt;
-  return number;
-}
-
-// The bytes of a hexadecimal text; none when it is anything else.
-std::vector<std::uint8_t> bytesIn(std::string_view text) {
-  std::vector<std::uint8_t> bytes;
-  if (text.size() % 2 != 0) return bytes;
-  for (text = withoutPrefix(text); !text.empty(); text.remove_prefix(2)) {
-    const auto byte = numberIn<std::uint8_t>(text.substr(0, 2), 16);
-    if (!byte) return {};
-    bytes.push_back(*byte);
-  }
-  return bytes;
-}
-
-// "16:9". The name of a usual ratio when the picture is that one but for a small part of it, else
-// the picture's own ratio.
-std::string aspectRatio(unsigned width, unsigned height, double tolerance) {
-  struct Ratio {
-    const char* name;
-    double width;
-    double height;
-  };
-  constexpr Ratio kUsual[] = {
-      {"16:9",  16, 9 },
-      {"16:10", 16, 10},
-      {"4:3",   4,  3 },
-      {"5:4",   5,  4 },
-      {"21:9",  21, 9 },
-      {"21:9",  64, 27}, // what is sold under that name
-      {"3:2",   3,  2 },
-  };
-  for (const Ratio& ratio : kUsual) {
-    if (std::abs(width * ratio.height / (height * ratio.width) - 1) <= tolerance) return ratio.name;
-  }
-  const unsigned common = std::gcd(width, height);
-  return formatString("%u:%u", width / common, height / common);
-}
-
-// --- writing; what is not stated ("", 0) is not written
-
-void writeText(Tag& tag, const char* name, const std::string& text, const char* units = nullptr) {
-  if (!text.empty()) {
-    tag.setAttribute(name, TagValue(text), units == nullptr ? nullptr : "units", units);
-  }
-}
-
-void writeNumber(Tag& tag, const char* name, unsigned number, const char* units) {
-  if (number != 0) tag.setAttribute(name, TagValue(std::int64_t{number}), "units", units);
+TagValue stated(unsigned number) {
+  return number == 0 ? TagValue() : TagValue(std::int64_t{number});
 }
 
 void writeImage(const Edid& edid, Tag& tag) {
@@ -104,16 +46,16 @@ void writeImage(const Edid& edid, Tag& tag) {
   std::string ratio;
   std::string diagonal;
   if (edid.width != 0) {
-    writeNumber(tag, "image-width", (edid.width + 5) / 10, "cm");
-    writeNumber(tag, "image-height", (edid.height + 5) / 10, "cm");
+    setPresent(tag, "image-width", stated((edid.width + 5) / 10), "cm");
+    setPresent(tag, "image-height", stated((edid.height + 5) / 10), "cm");
     diagonal = formatString("%.1f", std::hypot(edid.width, edid.height) / kMillimetresPerInch);
     ratio = aspectRatio(edid.width, edid.height, 0.03);
   }
   if (edid.hasPreferred) {
     ratio = aspectRatio(edid.modes.front().width, edid.modes.front().height, 0.01);
   }
-  writeText(tag, "diagonal", diagonal, "in");
-  writeText(tag, "aspect-ratio", ratio);
+  setPresent(tag, "diagonal", stated(diagonal), "in");
+  setPresent(tag, "aspect-ratio", stated(ratio));
 }
 
 void writeModes(const Edid& edid, Tag& monitor) {
@@ -136,20 +78,20 @@ void writeModes(const Edid& edid, Tag& monitor) {
 void writeEdid(const Edid& edid, Tag& tag) {
   const std::string product = formatString("%04x", edid.product);
   const bool hasMaker = !edid.manufacturer.empty();
-  writeText(tag, "model",
-            edid.name.empty() && hasMaker ? edid.manufacturer + " " + product : edid.name);
-  writeText(tag, "serial", edid.serial);
-  writeText(tag, "manuf", edid.manufacturer);
-  writeText(tag, "product-id", product);
-  writeText(tag, "manuf-date", edid.date);
-  writeText(tag, "edid-version", formatString("%u.%u", edid.version, edid.revision));
-  writeText(tag, "input", edid.digital ? "digital" : "analog");
+  const std::string standIn = hasMaker ? edid.manufacturer + " " + product : "";
+  setPresent(tag, "model", stated(edid.name.empty() ? standIn : edid.name));
+  setPresent(tag, "serial", stated(edid.serial));
+  setPresent(tag, "manuf", stated(edid.manufacturer));
+  tag.setAttribute("product-id", TagValue(product));
+  setPresent(tag, "manuf-date", stated(edid.date));
+  tag.setAttribute("edid-version", TagValue(formatString("%u.%u", edid.version, edid.revision)));
+  tag.setAttribute("input", TagValue(edid.digital ? "digital" : "analog"));
   writeImage(edid, tag);
-  writeNumber(tag, "vert-freq-min", edid.vertical.min, "Hz");
-  writeNumber(tag, "vert-freq-max", edid.vertical.max, "Hz");
-  writeNumber(tag, "hor-freq-min", edid.horizontal.min, "kHz");
-  writeNumber(tag, "hor-freq-max", edid.horizontal.max, "kHz");
-  writeNumber(tag, "max-pixel-clock", edid.maxPixelClock, "MHz");
+  setPresent(tag, "vert-freq-min", stated(edid.vertical.min), "Hz");
+  setPresent(tag, "vert-freq-max", stated(edid.vertical.max), "Hz");
+  setPresent(tag, "hor-freq-min", stated(edid.horizontal.min), "kHz");
+  setPresent(tag, "hor-freq-max", stated(edid.horizontal.max), "kHz");
+  setPresent(tag, "max-pixel-clock", stated(edid.maxPixelClock), "MHz");
   writeModes(edid, tag);
 }
 
@@ -157,15 +99,16 @@ void writeEdid(const Edid& edid, Tag& tag) {
 // date in decimal.
 void writePlatformFacts(const Item& item, Tag& tag) {
   const auto identifier = [&](std::string_view key) {
-    return numberIn<std::uint32_t>(withoutPrefix(item.text(key)), 16).value_or(0);
+    return hexadecimalNumber(item.text(key)).value_or(0);
   };
   const auto count = [&](std::string_view key) {
-    return numberIn<std::uint32_t>(item.text(key), 10).value_or(0);
+    return decimalNumber(item.text(key)).value_or(0);
   };
-  writeText(tag, "serial", serialNumber(identifier("_spdisplays_display-serial-number")));
-  writeText(tag, "manuf", manufacturerName(identifier("_spdisplays_display-vendor-id")));
-  writeText(tag, "manuf-date",
-            manufactureDate(count("_spdisplays_display-week"), count("_spdisplays_display-year")));
+  setPresent(tag, "serial", stated(serialNumber(identifier("_spdisplays_display-serial-number"))));
+  setPresent(tag, "manuf", stated(manufacturerName(identifier("_spdisplays_display-vendor-id"))));
+  setPresent(tag, "manuf-date",
+             stated(manufactureDate(count("_spdisplays_display-week"),
+                                    count("_spdisplays_display-year"))));
 }
 
 void writeAdapter(const Item& item, Tag& tag) {
@@ -184,7 +127,7 @@ void writeMonitor(const Item& item, Tag& tag) {
   write(kMain, item, tag);
   tag.setAttribute("built-in", TagValue(builtIn ? "1" : "0"));
   write(kPicture, item, tag);
-  if (const auto edid = decodeEdid(bytesIn(item.text("_spdisplays_edid")))) {
+  if (const auto edid = decodeEdid(hexadecimalBytes(item.text("_spdisplays_edid")))) {
     writeEdid(*edid, tag);
   } else {
     writePlatformFacts(item, tag);

@@ -7,10 +7,9 @@ void PostProcessEnvironment(kevaDoc& snapshot, platform::Host& host) {
   constexpr std::int32_t kChunkSize = 300;  // bytes
   std::uint32_t length = 0;
   for (const Variable& variable : parseEnvironment(runCommand(host, "env", length, kChunkSize))) {
-    Tag& environment = branch(snapshot, {"Environment"});
-    const std::string name = normalizedText("env-var:" + variable.name);
-    markComplex(environment, name);
-    Tag& tag = *environment.setChild(name, TagValue(variable.name));
+    Tag& tag =
+        markedChild(branch(snapshot, {"Environment"}), normalizedText("env-var:" + variable.name));
+    tag.setValue(TagValue(variable.name));
     const bool list = variable.name == "PATH";
     tag.setAttribute("value", TagValue(variable.value), list ? "split" : nullptr, ":");
     tag.setAttribute("system", TagValue("1"));

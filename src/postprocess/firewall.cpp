@@ -32,10 +32,9 @@ void writeRules(const Item& item, const char* source, const char* branchName, co
                 Tag& firewall) {
   std::size_t number = 0;
   for (const Item& rule : nestedItems(item, source)) {
-    Tag& rules = *firewall.child(branchName);
-    const std::string name = formatString("%s%zu", prefix, ++number);
-    markComplex(rules, name);
-    write(kRule, rule, *rules.setChild(name, rule.value("_name")));
+    Tag& tag = markedChild(*firewall.child(branchName), formatString("%s%zu", prefix, ++number));
+    tag.setValue(rule.value("_name"));
+    write(kRule, rule, tag);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "postprocess/mapping.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/text.h"
@@ -57,8 +58,22 @@ void write(std::span<const Row> rows, const Item& item, Tag& target) {
   }
 }
 
+void write(std::span<const Row> rows, std::string_view key, const TagValue& value, Tag& target) {
+  for (const Row& row : rows) {
+    if (std::ranges::none_of(row.keys, [key](const char* k) { return k != nullptr && k == key; })) {
+      continue;
+    }
+    target.setAttribute(row.attribute, row.convert.apply(value, row.convert.word));
+  }
+}
+
+void setPresent(Tag& target, std::string_view attribute, const TagValue& value, const char* units) {
+  if (value.kind() == TagValue::Kind::None) return;
+  target.setAttribute(attribute, value, units == nullptr ? nullptr : "units", units);
+}
+
 void copyPresent(const Item& item, std::string_view key, Tag& target, std::string_view attribute) {
-  if (item.has(key)) target.setAttribute(attribute, item.value(key));
+  setPresent(target, attribute, item.value(key));
 }
 
 namespace conversion {
@@ -110,6 +125,7 @@ std::string bytesText(std::int64_t bytes) {
   return std::to_string(bytes);
 }
 
-void markComplex(Tag& parent, std::string_view name) {
+Tag& markedChild(Tag& parent, std::string_view name) {
   parent.setAttribute(name, TagValue(""), "complex", "");
+  return *parent.child(name);
 }

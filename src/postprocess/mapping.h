@@ -82,6 +82,10 @@ struct Row {
 // Sets, in the order of the rows, every attribute that has a source.
 void write(std::span<const Row> rows, const Item& item, Tag& target);
 
+// The same for one key of an item, for steps that keep the order of the keys: sets the attributes
+// of the rows that name it.
+void write(std::span<const Row> rows, std::string_view key, const TagValue& value, Tag& target);
+
 // The same for a single key, copied.
 void copyPresent(const Item& item, std::string_view key, Tag& target, std::string_view attribute);
 
@@ -133,8 +137,13 @@ class Entries {
   unsigned count_ = 0;
 };
 
+// Sets the attribute, with the property "units" when it has some, unless the value is of kind None.
+void setPresent(Tag& target, std::string_view attribute, const TagValue& value,
+                const char* units = nullptr);
+
 // A byte count as the text of the property "base-value".
 std::string bytesText(std::int64_t bytes);
 
-// Marks on `parent` that a child tag of that name says more: an empty attribute "complex".
-void markComplex(Tag& parent, std::string_view name);
+// The child tag of that name, made when missing, and on `parent` the mark that it says more: an
+// empty attribute of its name with the property "complex".
+Tag& markedChild(Tag& parent, std::string_view name);

@@ -2,6 +2,7 @@
 
 #include "base/quantities.h"
 #include "postprocess/mapping.h"
+#include "postprocess/memorySlots.h"
 
 namespace {
 
@@ -29,14 +30,7 @@ void writeSlot(const Item& slot, Tag& tag) {
 
 void PostProcessMemory(kevaDoc& snapshot, const kevaDoc& raw) {
   Entries slots(snapshot, {"Memory"}, "Memory-slot:");
-  for (const Item& item : items(raw, "SPMemoryDataType")) {
-    branch(snapshot, {"Memory"});
-    if (item.child("_items") == nullptr) {
-      writeSlot(item, slots.add());
-    } else {
-      for (const Item& slot : nestedItems(item, "_items")) writeSlot(slot, slots.add());
-    }
-  }
+  for (const MemorySlot& slot : memorySlots(raw)) writeSlot(slot.item, slots.add());
   const std::vector<Item> hardware = items(raw, "SPHardwareDataType");
   if (hardware.empty()) return;
   const double memory = strictQuantity(SizeToMB, hardware.front(), "physical_memory");

@@ -1,7 +1,6 @@
 #include "postprocess/usb.h"
 
 #include <cmath>
-#include <span>
 #include <string_view>
 
 #include "base/formatString.h"
@@ -13,27 +12,28 @@
 
 namespace {
 
-// A device is written key by key, in the order of its keys, old and new ones ("_" before the name).
-struct DeviceKey {
-  std::string_view key;
-  const char* attribute;
-};
+TagValue removableSpeed(const TagValue& speed, const char*) {
+  if (textOf(speed) == "full_speed") return TagValue("1");
+  return TagValue(textOf(speed) == "low_speed" ? "2" : "0");
+}
 
-constexpr DeviceKey kDevice[] = {
-    {"product_id",     "product-id"    },
-    {"vendor_id",      "vendor-id"     },
-    {"bcd_device",     "bcd-device"    },
-    {"serial_num",     "serial-number" },
-    {"manufacturer",   "manuf"         },
-    {"bus_power",      "bus-power"     },
-    {"bus_power_used", "bus-power-used"},
+// A device is written key by key, in the order of its keys, old and new ones ("_" before the name).
+constexpr Row kDevice[] = {
+    {"product-id",     {"product_id"},     copied},
+    {"vendor-id",      {"vendor_id"},      copied},
+    {"bcd-device",     {"bcd_device"},     copied},
+    {"serial-number",  {"serial_num"},     copied},
+    {"manuf",          {"manufacturer"},   copied},
+    {"bus-power",      {"bus_power"},      copied},
+    {"bus-power-used", {"bus_power_used"}, copied},
 };
-constexpr DeviceKey kRemovable[] = {
-    {"bcd_device",     "bcd-device"    },
-    {"serial_num",     "serial"        },
-    {"manufacturer",   "manufacturer"  },
-    {"bus_power",      "bus-power"     },
-    {"bus_power_used", "bus-power-used"},
+constexpr Row kRemovable[] = {
+    {"bcd-device",     {"bcd_device"},     copied          },
+    {"serial",         {"serial_num"},     copied          },
+    {"manufacturer",   {"manufacturer"},   copied          },
+    {"bus-power",      {"bus_power"},      copied          },
+    {"bus-power-used", {"bus_power_used"}, copied          },
+    {"device-speed",   {"device_speed"},   {removableSpeed}},
 };
 
 constexpr Row kPartition[] = {
@@ -46,12 +46,6 @@ std::string_view plainKey(const TagAttribute& source) {
   std::string_view key = source.name();
   if (key.starts_with('_')) key.remove_prefix(1);
   return key;
-}
-
-void copyKnown(std::span<const DeviceKey> known, const TagAttribute& source, Tag& target) {
-  for (const DeviceKey& row : known) {
-    if (row.key == plainKey(source)) target.setAttribute(row.attribute, source.value());
-  }
 }
 
 // Megabits per second, the last one in a unit of its own.
@@ -74,11 +68,6 @@ void writeDeviceSpeed(const std::string& speed, Tag& device) {
   }
 }
 
-const char* removableSpeed(const std::string& speed) {
-  if (speed == "full_speed") return "1";
-  return speed == "low_speed" ? "2" : "0";
-}
-
 // Whole binary gigabytes: above 11 a fraction of more than 0.4 rounds up, below nothing does.
 std::int64_t removableSize(const Item& device, std::string_view sizeKey) {
   double gigabytes = quantity(ParseSizeGB, device, sizeKey);
@@ -91,6 +80,11 @@ bool isDeviceName(const std::string& name) {
   constexpr std::string_view kAllowed =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
   return !name.empty() && name.find_first_not_of(kAllowed) == std::string::npos;
+}
+
+// A list that other steps began goes on with its first free number.
+Tag& addNumbered(Tag& list, const std::string& prefix, const TagValue& value) {
+  return *list.setChild(prefix + std::to_string(list.nextFreeIndex(prefix)), value);
 }
 
 class UsbWriter {
@@ -106,27 +100,22 @@ class UsbWriter {
     }
     Tag& tag = devices_.add(device.value("_name"));
     for (const auto& source : device.tag().attributes()) {
-      copyKnown(kDevice, *source, tag);
-      if (plainKey(*source) == "device_speed") writeDeviceSpeed(textOf(source->value()), tag);
+      const std::string_view key = plainKey(*source);
+      write(kDevice, key, source->value(), tag);
+      if (key == "device_speed") writeDeviceSpeed(textOf(source->value()), tag);
     }
   }
 
  private:
   void writeRemovable(const Item& device) {
-    Tag& disks = branch(snapshot_, {"Storage", "Physical-disks"});
-    Tag& disk = *disks.setChild("Removable:" + std::to_string(disks.nextFreeIndex("Removable:")),
-                                device.value("_name"));
+    Tag& disk = addNumbered(branch(snapshot_, {"Storage", "Physical-disks"}),
+                            "Removable:", device.value("_name"));
     disk.setAttribute("media-type", TagValue("2"));
     for (const auto& source : device.tag().attributes()) {
-      copyKnown(kRemovable, *source, disk);
       const std::string_view key = plainKey(*source);
-      if (key == "device_speed") {
-        disk.setAttribute("device-speed", TagValue(removableSpeed(textOf(source->value()))));
-      } else if (key == "size") {
-        writeSize(device, source->name(), disk);
-      } else if (key == "bsd_name") {
-        writeModel(textOf(source->value()), disk);
-      }
+      write(kRemovable, key, source->value(), disk);
+      if (key == "size") writeSize(device, source->name(), disk);
+      if (key == "bsd_name") writeModel(textOf(source->value()), disk);
     }
     disk.setAttribute("interface", TagValue("USB"));
     writeVolumes(device, disk);
@@ -151,10 +140,8 @@ class UsbWriter {
     std::int64_t count = 0;
     for (const Item& volume : nestedItems(device, "volumes")) {
       if (!volume.has("_name") || !volume.has("free_space")) continue;
-      Tag& partitions = branch(snapshot_, {"Storage", "Logical-disks"});
-      Tag& partition = *partitions.setChild(
-          "partition:" + std::to_string(partitions.nextFreeIndex("partition:")),
-          volume.value("_name"));
+      Tag& partition = addNumbered(branch(snapshot_, {"Storage", "Logical-disks"}),
+                                   "partition:", volume.value("_name"));
       write(kPartition, volume, partition);
       writePercentages(writeAmounts(volume, partition), partition);
       ++count;

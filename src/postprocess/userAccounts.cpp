@@ -29,10 +29,6 @@ bool isAccountName(std::string_view name) {
   return name.find_first_of("\"$`\\") == std::string_view::npos;
 }
 
-void setPresent(Tag& tag, const char* attribute, const std::optional<std::string>& text) {
-  if (text) tag.setAttribute(attribute, TagValue(*text));
-}
-
 void writeAccount(const std::string& folder, platform::Host& host, Tag& accounts) {
   if (!isAccountName(folder)) return;
   std::uint32_t length = 0;
@@ -42,10 +38,13 @@ void writeAccount(const std::string& folder, platform::Host& host, Tag& accounts
   if (!record) return;
   Tag& account =
       *accounts.setChild(normalizedText("usr-acc:" + record->name), TagValue(record->name));
-  setPresent(account, "fullname", record->fullName);
-  setPresent(account, "group", record->group);
-  setPresent(account, "id", record->id);
-  setPresent(account, "shell", record->shell);
+  const auto set = [&account](const char* attribute, const std::optional<std::string>& text) {
+    setPresent(account, attribute, text ? TagValue(*text) : TagValue());
+  };
+  set("fullname", record->fullName);
+  set("group", record->group);
+  set("id", record->id);
+  set("shell", record->shell);
   account.setAttribute("hdir", TagValue("/users/" + folder));
   account.setAttribute("is-system-user", TagValue("0"));
 }

@@ -7,8 +7,8 @@
 // tests run them through this same function.
 //
 //   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc fuzz/edid.cpp
-//       src/postprocess/edid.cpp src/postprocess/videoModes.cpp src/base/text.cpp
-//       src/base/formatString.cpp -o edid
+//       src/postprocess/edid.cpp src/postprocess/videoModes.cpp src/base/digits.cpp
+//       src/base/text.cpp src/base/formatString.cpp -o edid
 //   ./edid -max_len=640 NEW_FOLDER fuzz/corpus/edid
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "base/text.h"
 
@@ -46,12 +47,22 @@ std::string textIn(Descriptor descriptor) {
   return text;
 }
 
-// Whether a serial number's text is one of the numbers that state none, in decimal or hexadecimal.
+// Whether a serial number states none. One number is what every built-in panel of Apple silicon
+// says.
+bool isFiller(std::uint32_t number) {
+  constexpr std::uint32_t kFillers[] = {0, 1, 0x01010101, 0xFD626D62, 0xFFFFFFFF};
+  return std::ranges::find(kFillers, number) != std::end(kFillers);
+}
+
+// The same for its text, which spells the number in decimal or in hexadecimal: the latter with all
+// eight digits, or with "0x" before any.
 bool isFiller(std::string_view text) {
-  constexpr std::string_view kFillers[] = {"",         "1",          "1010101",
-                                           "16843009", "4294967295", "FFFFFFFF"};
-  text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
-  return std::ranges::find(kFillers, text) != std::end(kFillers);
+  const auto isNumberOfNone = [](std::optional<std::uint32_t> number) {
+    return number && isFiller(*number);
+  };
+  const bool isHexadecimal = text.size() == 8 || text.starts_with("0x") || text.starts_with("0X");
+  return text.empty() || isNumberOfNone(decimalNumber(text)) ||
+         (isHexadecimal && isNumberOfNone(hexadecimalNumber(text)));
 }
 
 struct DetailedTiming {
@@ -113,21 +124,20 @@ class Decoder {
     }
     addListed(base.subspan<35, 3>(), establishedModes(), established_);
     addStandard(base.subspan<38, 16>());
-    readDescriptors(base.subspan<54, 4 * kDescriptorSize>());
-  }
-
-  void readDescriptors(Bytes bytes) {
-    for (; bytes.size() >= kDescriptorSize; bytes = bytes.subspan(kDescriptorSize)) {
-      const Descriptor descriptor = bytes.first<kDescriptorSize>();
-      if (descriptor[0] == 0 && descriptor[1] == 0) {
-        readDescriptor(descriptor);
-      } else if (const auto timing = detailedTiming(descriptor)) {
-        addDetailed(*timing);
-      }
+    for (const std::size_t at : {54U, 72U, 90U, 108U}) {
+      readDescriptor(base.subspan(at).first<kDescriptorSize>());
     }
   }
 
   void readDescriptor(Descriptor descriptor) {
+    if (descriptor[0] == 0 && descriptor[1] == 0) {
+      readDisplayDescriptor(descriptor);
+    } else if (const auto timing = detailedTiming(descriptor)) {
+      addDetailed(*timing);
+    }
+  }
+
+  void readDisplayDescriptor(Descriptor descriptor) {
     switch (descriptor[3]) {
       case 0xF7:
         addListed(descriptor.subspan<6, 6>(), furtherEstablishedModes(), established_);
@@ -168,14 +178,19 @@ class Decoder {
     if (descriptor[9] != 0xFF) edid_.maxPixelClock = 10U * descriptor[9];
   }
 
-  // A CTA-861 extension: since revision 3 data blocks, then detailed timings.
+  // A CTA-861 extension: since revision 3 data blocks, then descriptors up to the end or a slot of
+  // zeros.
   void readCta(Block block) {
     constexpr std::size_t kStart = 4;
     constexpr std::size_t kEnd = kBlockSize - 1;  // the last byte is the check sum
     const std::size_t timings = block[2];
     if (timings < kStart || timings > kEnd) return;
     if (block[1] >= 3) readDataBlocks(block.subspan(kStart, timings - kStart));
-    readDescriptors(block.subspan(timings, kEnd - timings));
+    for (std::size_t at = timings; at + kDescriptorSize <= kEnd; at += kDescriptorSize) {
+      const Descriptor descriptor = block.subspan(at).first<kDescriptorSize>();
+      if (std::ranges::count(descriptor, 0) == kDescriptorSize) return;
+      readDescriptor(descriptor);
+    }
   }
 
   void readDataBlocks(Bytes bytes) {
@@ -282,8 +297,7 @@ std::string manufacturerName(std::uint32_t packed) {
 }
 
 std::string serialNumber(std::uint32_t number) {
-  const std::string text = formatString("%u", number);
-  return isFiller(text) ? "" : text;
+  return isFiller(number) ? "" : formatString("%u", number);
 }
 
 std::string manufactureDate(std::uint32_t week, std::uint32_t year) {

@@ -47,7 +47,8 @@ std::optional<Edid> decodeEdid(std::span<const std::uint8_t> bytes);
 // The three letters of a packed identifier, five bits each, as the big-endian number of its bytes.
 std::string manufacturerName(std::uint32_t packed);
 
-// In decimal. Numbers that stand in for a missing one (0, 1, 0x01010101, all bits set) state none.
+// In decimal. Numbers that stand in for a missing one (0, 1, 0x01010101, 0xFD626D62, all bits set)
+// state none.
 std::string serialNumber(std::uint32_t number);
 
 // The first day of that week ("2017-12-31") when weeks of seven days are counted from 1 January on,

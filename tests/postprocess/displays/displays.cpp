@@ -70,9 +70,11 @@ TEST(Displays, NameTheUsualShapesOfPictures) {
 // that a block leaves out.
 TEST(Displays, SayWhatThePlatformReadWithoutABlock) {
   const std::string facts =
-      "_spdisplays_display-serial-number=fd626d62; _spdisplays_display-vendor-id=610; "
+      "_spdisplays_display-serial-number=fd626d63; _spdisplays_display-vendor-id=610; "
+      "_spdisplays_display-product-id=5e; "
       "_spdisplays_display-week=49; _spdisplays_display-year=2010";
-  const std::string written = "serial=4251086178 manuf=APP manuf-date=2010-12-03 ";
+  const std::string written =
+      "model=M serial=4251086179 manuf=APP product-id=005e manuf-date=2010-12-03 ";
   const std::string whole = block("0000", "");
   for (const std::string& bad :
        {std::string(), whole.substr(2), whole.substr(1), whole + "0", whole.substr(0, 254) + "0g",
@@ -84,10 +86,41 @@ TEST(Displays, SayWhatThePlatformReadWithoutABlock) {
         << good;
   }
   EXPECT_EQ(monitor("_spdisplays_display-serial-number=0x1010101; "
-                    "_spdisplays_display-vendor-id=756e6b6e; _spdisplays_display-week=0; "
+                    "_spdisplays_display-vendor-id=756e6b6e; "
+                    "_spdisplays_display-product-id=76697274; _spdisplays_display-week=0; "
                     "_spdisplays_display-year=0"),
-            "");
-  EXPECT_EQ(monitor("_spdisplays_display-serial-number=1fd626d62; _spdisplays_display-year=2012; "
+            "model=M ");
+  EXPECT_EQ(monitor("_spdisplays_display-serial-number=1fd626d63; _spdisplays_display-year=2012; "
                     "_spdisplays_display-week=1a"),
-            "manuf-date=2012-01-01 ");
+            "model=M manuf-date=2012-01-01 ");
+}
+
+// Decimal texts and hexadecimal ones: a text of eight digits may be either.
+TEST(Displays, HaveNoSerialNumberThatStandsInForAMissingOne) {
+  const auto written = [](const std::string& text) {
+    std::string descriptor = "000000ff00";
+    for (const char character : text) descriptor += formatString("%02x", unsigned(character));
+    return monitor("_spdisplays_edid=" + block("0000", descriptor + "0a"));
+  };
+  for (const std::string none :
+       {"", " ", "0", "1", "0001", "0000000000000", "0x0", "0X00000001", "16843009", "01010101",
+        "0x01010101", "0x1010101", "4294967295", "ffffffff", "FFFFffff", "0xFFFFFFFF", "4251086178",
+        "fd626d62", "0xFD626D62"}) {
+    EXPECT_THAT(written(none), testing::Not(testing::HasSubstr("serial="))) << none;
+  }
+  for (const std::string serial : {"1010101", "10", "10101010", "0x10101010", "FFFFFFF", "fd626d63",
+                                   "99999999999", "0x", "-1"}) {
+    EXPECT_THAT(written(serial), testing::HasSubstr("serial=" + serial + " "));
+  }
+}
+
+TEST(Displays, PutVirtualOnesBehindTheOthers) {
+  const std::string real = "{_name=P; spdisplays_ndrvs=[{_name=M}; {_name=N}]}";
+  for (const char* key : {"spdisplays_virtualdevice=spdisplays_yes",
+                          "spdisplays_connection_type=spdisplays_airplay"}) {
+    EXPECT_THAT(
+        written(std::string("{_name=P; spdisplays_ndrvs=[{_name=V; ") + key + "}]}; " + real),
+        testing::ContainsRegex("Monitor:1=M\n(.*\n)*.*Monitor:2=N\n(.*\n)*"
+                               ".*Monitor:3=V\nmain=0\nbuilt-in=0\nvirtual=1\n"));
+  }
 }

@@ -91,10 +91,11 @@ TEST(Edid, KnowsNumbersThatStateNothing) {
   EXPECT_EQ(manufacturerName(0x0610), "APP");
   EXPECT_EQ(manufacturerName(0x6B5A), "ZZZ");
   EXPECT_EQ(serialNumber(0xFFFFFFFE), "4294967294");
+  EXPECT_EQ(serialNumber(1010101), "1010101");
   for (const std::uint32_t none : {0U, 0x1006U, 0x0401U, 0x6C21U, 0x10610U}) {
     EXPECT_EQ(manufacturerName(none), "") << none;
   }
-  for (const std::uint32_t none : {0U, 1U, 0x01010101U, 0xFFFFFFFFU}) {
+  for (const std::uint32_t none : {0U, 1U, 0x01010101U, 0xFD626D62U, 0xFFFFFFFFU}) {
     EXPECT_EQ(serialNumber(none), "") << none;
   }
   for (const unsigned none : {0U, 128U, 192U, 220U, 255U}) {

@@ -5,35 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/utf8.h"
+
 namespace platform {
 
 namespace {
-
-// Length of the UTF-8 sequence at the start of `text` (RFC 3629); 0 when there is none.
-std::size_t sequenceLength(std::string_view text) {
-  const auto byte = [text](std::size_t i) {
-    return i < text.size() ? static_cast<std::uint8_t>(text[i]) : std::uint8_t{0};
-  };
-  const auto continues = [&byte](std::size_t from, std::size_t to) {
-    for (std::size_t i = from; i < to; ++i) {
-      if ((byte(i) & 0xC0) != 0x80) return false;
-    }
-    return true;
-  };
-  const std::uint8_t lead = byte(0);
-  const std::uint8_t second = byte(1);
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead <= 0xDF) return continues(1, 2) ? 2 : 0;
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F)) return 0;
-    return continues(1, 3) ? 3 : 0;
-  }
-  if (lead >= 0xF0 && lead <= 0xF4) {
-    if ((lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F)) return 0;
-    return continues(1, 4) ? 4 : 0;
-  }
-  return 0;
-}
 
 bool isCodePoint(std::string_view digits, int base) {
   std::uint32_t code = 0;
@@ -76,7 +52,7 @@ std::optional<XmlScan> scanXml(std::string_view document) {
     const std::string_view rest = document.substr(at);
     if (c == '\0') return std::nullopt;
     if (static_cast<std::uint8_t>(c) >= 0x80) {
-      const std::size_t length = sequenceLength(rest);
+      const std::size_t length = utf8SequenceLength(rest);
       if (length == 0) return std::nullopt;
       at += length;
       continue;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,7 @@ struct Process {
 struct Bundle {
   std::string path;   // of the bundle's folder, without a "/" at its end
   std::string name;   // its last component ("Media Viewer.plugin")
-  PropertyList info;  // the information dictionary; empty when there is none or it is unreadable
+  PropertyList info;  // a dictionary: what was asked for of the information dictionary
 };
 
 // Everything that a scan may ask of the machine it runs on: the one door to it. Nothing here
@@ -48,16 +49,19 @@ class Host {
   // standard error, and its signals at their defaults. Null when it cannot be started.
   virtual std::unique_ptr<CommandOutput> startCommand(const std::string& command) = 0;
 
-  // The value of an XML property list, whatever its kind. Nothing for a document that the
-  // platform's parser refuses: malformed XML, an undefined entity, a bare "&", a comment within a
-  // text, an unknown element, bytes that are not UTF-8, a key without a value, "<data/>", an
-  // integer beyond 64 bits or with anything behind its digits, a date of another form than
-  // YYYY-MM-DDThh:mm:ssZ, arrays and dictionaries nested more than kMaxNesting deep. What stands
-  // behind "</plist>" is not looked at. Of equal keys the last value counts, off the Mac in the
-  // place of the first. Integers are NumberType::SInt64, zero SInt32, reals Float64.
+  // The value of an XML property list, whatever its kind. What stands behind "</plist>" is not
+  // looked at. Of equal keys the last value counts, off the Mac in the place of the first. Integers
+  // are NumberType::SInt64, zero SInt32, reals Float64.
   //
-  // Texts that are no XML at all are refused off the Mac, while the platform may read an old-style
-  // list out of them: look whether the value is of the expected kind.
+  // Nothing for a document that is refused: malformed XML, an undefined entity, a bare "&", a
+  // comment within a text, an unknown element, bytes that are not UTF-8, a key without a value,
+  // "<data/>", an integer beyond 64 bits or with anything behind its digits, a date of another form
+  // than YYYY-MM-DDThh:mm:ssZ, arrays and dictionaries nested more than kMaxNesting deep.
+  //
+  // The platform's parser refuses the same, but takes years of other lengths, "&" in data,
+  // references to NUL, UTF-16 and a lone byte A9. It also reads binary lists, refused when they
+  // unfold to much more than their size, and old-style ones, which it may find in any text: look
+  // whether the value is of the expected kind.
   virtual std::optional<PropertyList> parsePropertyList(std::string_view document) = 0;
 
   // The name the user gave the machine, any Unicode text as UTF-8; "" when unknown. Off the Mac
@@ -69,9 +73,12 @@ class Host {
   virtual std::vector<Process> processTable() = 0;
 
   // The bundles of a folder in the order the folder lists them: every entry that is a folder or
-  // leads to one. Empty when the folder is missing. On a Mac an information dictionary may also
-  // come from a binary file, and holds entries that the system adds.
-  virtual std::vector<Bundle> bundles(const std::string& folder) = 0;
+  // leads to one. Empty when the folder is missing. `keys` are those of the information dictionary
+  // that are wanted: Bundle::info has the ones that are there, in the order of `keys`, unless their
+  // values are arrays or dictionaries. On a Mac that dictionary may also come from a binary file.
+  // Bytes of a name that are no UTF-8, which only other systems have, become U+FFFD.
+  virtual std::vector<Bundle> bundles(const std::string& folder,
+                                      std::span<const std::string_view> keys) = 0;
 
   // The present, in seconds since 2001-01-01 00:00:00 UTC.
   virtual double now() = 0;

@@ -8,6 +8,10 @@
 
 namespace {
 
+constexpr std::string_view kVersion = "CFBundleShortVersionString";
+constexpr std::string_view kInfo = "CFBundleGetInfoString";
+constexpr std::string_view kDescription = "WebPluginDescription";
+
 void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundle& bundle,
                   const std::string& group) {
   kevaDoc document(true, "Version");
@@ -15,7 +19,7 @@ void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundl
     convertDictionary(host, *dictionary, "", document);
   }
   const Item info(document.top());
-  const std::string& version = info.text("CFBundleShortVersionString");
+  const std::string& version = info.text(kVersion);
   const std::string name = bundle.name.substr(0, bundle.name.find('.'));
   std::string tagName = formatString("library:%s %s", name.c_str(), version.c_str());
   TrimChars(tagName, " \n\r", kTrimBoth);
@@ -23,8 +27,8 @@ void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundl
   Tag& tag = *branch(snapshot, {"Libraries"}).setChild(normalizedText(tagName), TagValue(name));
   tag.setAttribute("path", TagValue(bundle.path));
   if (!version.empty()) tag.setAttribute("version", TagValue(version));
-  copyPresent(info, "CFBundleGetInfoString", tag, "descr");
-  copyPresent(info, "WebPluginDescription", tag, "descr");
+  copyPresent(info, kInfo, tag, "descr");
+  copyPresent(info, kDescription, tag, "descr");
   tag.setAttribute("group", TagValue(group));
 }
 
@@ -32,7 +36,8 @@ void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundl
 
 void scanBundles(kevaDoc& snapshot, platform::Host& host, const std::string& folder,
                  const std::string& group) {
-  for (const platform::Bundle& bundle : host.bundles(folder)) {
+  constexpr std::string_view kKeys[] = {kVersion, kInfo, kDescription};
+  for (const platform::Bundle& bundle : host.bundles(folder, kKeys)) {
     writeLibrary(snapshot, host, bundle, group);
   }
 }

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <utility>
 
+#include "platform/portable/bundleFolder.h"
 #include "platform/portable/calendar.h"
 #include "platform/portable/propertyListReader.h"
 
@@ -59,9 +60,11 @@ std::optional<platform::PropertyList> FakeHost::parsePropertyList(std::string_vi
   return platform::readPropertyList(document);
 }
 
-std::vector<platform::Bundle> FakeHost::bundles(const std::string& folder) {
-  const auto found = bundleFolders.find(folder);
-  return found == bundleFolders.end() ? std::vector<platform::Bundle>() : found->second;
+std::vector<platform::Bundle> FakeHost::bundles(const std::string& folder,
+                                                std::span<const std::string_view> keys) {
+  std::vector<platform::Bundle> bundles = bundleFolders[folder];
+  for (platform::Bundle& bundle : bundles) bundle.info = platform::scalarsAt(keys, bundle.info);
+  return bundles;
 }
 
 double FakeHost::now() {

@@ -33,7 +33,8 @@ class FakeHost : public platform::Host {
   std::optional<platform::PropertyList> parsePropertyList(std::string_view document) override;
   std::string computerName() override { return name; }
   std::vector<platform::Process> processTable() override { return processes; }
-  std::vector<platform::Bundle> bundles(const std::string& folder) override;
+  std::vector<platform::Bundle> bundles(const std::string& folder,
+                                        std::span<const std::string_view> keys) override;
   double now() override;
   std::string formatDate(double seconds, const std::string& pattern) override;
 };

@@ -28,8 +28,9 @@ std::vector<Process> AppleHost::processTable() {
   return readProcessTable();
 }
 
-std::vector<Bundle> AppleHost::bundles(const std::string& folder) {
-  return readBundleFolder(folder);
+std::vector<Bundle> AppleHost::bundles(const std::string& folder,
+                                       std::span<const std::string_view> keys) {
+  return readBundleFolder(folder, keys);
 }
 
 double AppleHost::now() {

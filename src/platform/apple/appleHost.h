@@ -11,7 +11,8 @@ class AppleHost : public Host {
   std::optional<PropertyList> parsePropertyList(std::string_view document) override;
   std::string computerName() override;
   std::vector<Process> processTable() override;
-  std::vector<Bundle> bundles(const std::string& folder) override;
+  std::vector<Bundle> bundles(const std::string& folder,
+                              std::span<const std::string_view> keys) override;
   double now() override;
   std::string formatDate(double seconds, const std::string& pattern) override;
 };

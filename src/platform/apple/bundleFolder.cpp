@@ -22,23 +22,31 @@ Owned<CFArrayRef> createBundles(const std::string& folder) {
   return Owned<CFArrayRef>(CFBundleCreateBundlesFromDirectory(nullptr, url.get(), nullptr));
 }
 
-PropertyList readInfo(CFBundleRef bundle) {
+PropertyList readInfo(CFBundleRef bundle, std::span<const std::string_view> keys) {
+  PropertyList::Dictionary info;
   const CFDictionaryRef dictionary = CFBundleGetInfoDictionary(bundle);
-  std::optional<PropertyList> info;
-  if (dictionary != nullptr) info = valueOf(dictionary);
-  return info ? std::move(*info) : PropertyList(PropertyList::Dictionary{});
+  if (dictionary == nullptr) return info;
+  for (const std::string_view key : keys) {
+    const CFTypeRef value = CFDictionaryGetValue(dictionary, makeString(key).get());
+    if (value == nullptr) continue;
+    if (std::optional<PropertyList> scalar = scalarOf(value)) {
+      info.emplace_back(key, std::move(*scalar));
+    }
+  }
+  return info;
 }
 
-Bundle readBundle(CFBundleRef bundle) {
+Bundle readBundle(CFBundleRef bundle, std::span<const std::string_view> keys) {
   const Owned<CFURLRef> url(CFBundleCopyBundleURL(bundle));
   const Owned<CFStringRef> name(CFURLCopyLastPathComponent(url.get()));
   const Owned<CFStringRef> path(CFURLCopyFileSystemPath(url.get(), kCFURLPOSIXPathStyle));
-  return {textOf(path.get()), textOf(name.get()), readInfo(bundle)};
+  return {textOf(path.get()), textOf(name.get()), readInfo(bundle, keys)};
 }
 
 }  // namespace
 
-std::vector<Bundle> readBundleFolder(const std::string& folder) {
+std::vector<Bundle> readBundleFolder(const std::string& folder,
+                                     std::span<const std::string_view> keys) {
   std::vector<Bundle> bundles;
   const Owned<CFArrayRef> array = createBundles(folder);
   const CFIndex count = array ? CFArrayGetCount(array.get()) : 0;
@@ -46,7 +54,7 @@ std::vector<Bundle> readBundleFolder(const std::string& folder) {
     // CFBundleRef points to something that can change, what an array holds cannot.
     auto* bundle =
         static_cast<CFBundleRef>(const_cast<void*>(CFArrayGetValueAtIndex(array.get(), i)));
-    bundles.push_back(readBundle(bundle));
+    bundles.push_back(readBundle(bundle, keys));
   }
   return bundles;
 }

@@ -14,8 +14,9 @@ namespace {
 
 using Value = std::optional<PropertyList>;
 
-// `depth`: how many arrays and dictionaries the object stands in.
-Value convert(CFTypeRef object, int depth);
+bool isText(CFTypeRef object) {
+  return CFGetTypeID(object) == CFStringGetTypeID();
+}
 
 // Read at full width whatever the type: who stores the number looks at the type.
 PropertyList convertNumber(CFNumberRef object) {
@@ -28,51 +29,72 @@ PropertyList convertNumber(CFNumberRef object) {
   return number;
 }
 
-Value convertArray(CFArrayRef object, int depth) {
-  PropertyList::Array array;
-  const CFIndex count = CFArrayGetCount(object);
-  array.reserve(static_cast<std::size_t>(count));
-  for (CFIndex i = 0; i < count; ++i) {
-    Value value = convert(CFArrayGetValueAtIndex(object, i), depth);
-    if (!value) return std::nullopt;
-    array.push_back(std::move(*value));
-  }
-  return PropertyList(std::move(array));
-}
+class Converter {
+ public:
+  explicit Converter(std::size_t documentSize) : left_(documentSize * kGrowth) {}
 
-Value convertDictionary(CFDictionaryRef object, int depth) {
-  PropertyList::Dictionary dictionary;
-  const auto count = static_cast<std::size_t>(CFDictionaryGetCount(object));
-  std::vector<CFTypeRef> keys(count);
-  std::vector<CFTypeRef> values(count);
-  CFDictionaryGetKeysAndValues(object, keys.data(), values.data());
-  dictionary.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    Value value = convert(values[i], depth);
-    if (!value) return std::nullopt;
-    dictionary.emplace_back(textOf(static_cast<CFStringRef>(keys[i])), std::move(*value));
+  // `depth`: how many arrays and dictionaries the object stands in.
+  Value convert(CFTypeRef object, int depth) {
+    Value scalar = scalarOf(object);
+    if (scalar) {
+      if (scalar->text() != nullptr && !take(scalar->text()->size())) return std::nullopt;
+      return scalar;
+    }
+    if (depth == Host::kMaxNesting) return std::nullopt;
+    return CFGetTypeID(object) == CFArrayGetTypeID()
+               ? convertArray(static_cast<CFArrayRef>(object), depth + 1)
+               : convertDictionary(static_cast<CFDictionaryRef>(object), depth + 1);
   }
-  // They are enumerated by their hashes: nothing that is numbered or set twice may hang on that.
-  std::ranges::sort(dictionary, {}, &PropertyList::Dictionary::value_type::first);
-  return PropertyList(std::move(dictionary));
-}
 
-Value convert(CFTypeRef object, int depth) {
-  const CFTypeID type = CFGetTypeID(object);
-  if (type == CFStringGetTypeID()) return PropertyList(textOf(static_cast<CFStringRef>(object)));
-  if (type == CFNumberGetTypeID()) return convertNumber(static_cast<CFNumberRef>(object));
-  if (type == CFBooleanGetTypeID()) {
-    return PropertyList(CFBooleanGetValue(static_cast<CFBooleanRef>(object)) != 0);
+ private:
+  // Bytes of memory for each byte of the document; profiles need less than two. XML stays
+  // below ten: a value takes 7 bytes of it or more ("<true/>"), an entry of a dictionary 13, a
+  // letter in the most compact encoding a third of its UTF-8. In a binary list a value takes a byte
+  // and an entry two, where it is referred to. Only objects that many others share get beyond.
+  static constexpr std::size_t kGrowth = 64;
+
+  bool take(std::size_t bytes) {
+    if (bytes > left_) return false;
+    left_ -= bytes;
+    return true;
   }
-  if (type == CFDateGetTypeID()) {
-    return PropertyList(PropertyList::Date{CFDateGetAbsoluteTime(static_cast<CFDateRef>(object))});
+
+  Value convertArray(CFArrayRef object, int depth) {
+    PropertyList::Array array;
+    const CFIndex count = CFArrayGetCount(object);
+    if (!take(static_cast<std::size_t>(count) * sizeof(PropertyList))) return std::nullopt;
+    array.reserve(static_cast<std::size_t>(count));
+    for (CFIndex i = 0; i < count; ++i) {
+      Value value = convert(CFArrayGetValueAtIndex(object, i), depth);
+      if (!value) return std::nullopt;
+      array.push_back(std::move(*value));
+    }
+    return PropertyList(std::move(array));
   }
-  const bool isArray = type == CFArrayGetTypeID();
-  if (!isArray && type != CFDictionaryGetTypeID()) return PropertyList(PropertyList::Data{});
-  if (depth == Host::kMaxNesting) return std::nullopt;
-  return isArray ? convertArray(static_cast<CFArrayRef>(object), depth + 1)
-                 : convertDictionary(static_cast<CFDictionaryRef>(object), depth + 1);
-}
+
+  Value convertDictionary(CFDictionaryRef object, int depth) {
+    PropertyList::Dictionary dictionary;
+    const auto count = static_cast<std::size_t>(CFDictionaryGetCount(object));
+    if (!take(count * sizeof(PropertyList::Dictionary::value_type))) return std::nullopt;
+    std::vector<CFTypeRef> keys(count);
+    std::vector<CFTypeRef> values(count);
+    CFDictionaryGetKeysAndValues(object, keys.data(), values.data());
+    dictionary.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!isText(keys[i])) continue;
+      std::string key = textOf(static_cast<CFStringRef>(keys[i]));
+      if (!take(key.size())) return std::nullopt;
+      Value value = convert(values[i], depth);
+      if (!value) return std::nullopt;
+      dictionary.emplace_back(std::move(key), std::move(*value));
+    }
+    // They are enumerated by their hashes: nothing that is numbered or set twice may hang on that.
+    std::ranges::sort(dictionary, {}, &PropertyList::Dictionary::value_type::first);
+    return PropertyList(std::move(dictionary));
+  }
+
+  std::size_t left_;  // bytes of memory that the tree may still take
+};
 
 }  // namespace
 
@@ -93,8 +115,22 @@ std::string textOf(CFStringRef string) {
   return text;
 }
 
-std::optional<PropertyList> valueOf(CFTypeRef object) {
-  return convert(object, 0);
+std::optional<PropertyList> scalarOf(CFTypeRef object) {
+  if (isText(object)) return PropertyList(textOf(static_cast<CFStringRef>(object)));
+  const CFTypeID type = CFGetTypeID(object);
+  if (type == CFNumberGetTypeID()) return convertNumber(static_cast<CFNumberRef>(object));
+  if (type == CFBooleanGetTypeID()) {
+    return PropertyList(CFBooleanGetValue(static_cast<CFBooleanRef>(object)) != 0);
+  }
+  if (type == CFDateGetTypeID()) {
+    return PropertyList(PropertyList::Date{CFDateGetAbsoluteTime(static_cast<CFDateRef>(object))});
+  }
+  if (type == CFArrayGetTypeID() || type == CFDictionaryGetTypeID()) return std::nullopt;
+  return PropertyList(PropertyList::Data{});
+}
+
+std::optional<PropertyList> valueOf(CFTypeRef object, std::size_t documentSize) {
+  return Converter(documentSize).convert(object, 0);
 }
 
 }  // namespace platform::apple

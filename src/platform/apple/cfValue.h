@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,9 +31,16 @@ Owned<CFStringRef> makeString(std::string_view utf8);
 // UTF-8 of the whole string; "" for a null one.
 std::string textOf(CFStringRef string);
 
-// A property list as a tree of our own, dictionaries in the order of their keys' bytes. Objects
-// that are in no XML property list (CFBundle adds URLs to information dictionaries) become data.
-// Nothing when arrays and dictionaries are nested more than Host::kMaxNesting deep.
-std::optional<PropertyList> valueOf(CFTypeRef object);
+// A text, number, boolean or date; data for an object of any other kind, also for those that are in
+// no property list (CFBundle adds URLs to information dictionaries). Nothing for an array or a
+// dictionary.
+std::optional<PropertyList> scalarOf(CFTypeRef object);
+
+// A property list that was read from a document of so many bytes, as a tree of our own,
+// dictionaries in the order of their keys' bytes. Entries whose key is no text, as a binary list
+// may have, are left out. Nothing when arrays and dictionaries are nested more than
+// Host::kMaxNesting deep, or unfold to much more than the document can hold: those of a binary list
+// may share what is in them, so that a few bytes stand for more than there is memory.
+std::optional<PropertyList> valueOf(CFTypeRef object, std::size_t documentSize);
 
 }  // namespace platform::apple

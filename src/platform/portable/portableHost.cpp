@@ -27,8 +27,9 @@ std::vector<Process> PortableHost::processTable() {
   return readProcessFiles();
 }
 
-std::vector<Bundle> PortableHost::bundles(const std::string& folder) {
-  return readBundleFolder(folder);
+std::vector<Bundle> PortableHost::bundles(const std::string& folder,
+                                          std::span<const std::string_view> keys) {
+  return readBundleFolder(folder, keys);
 }
 
 double PortableHost::now() {

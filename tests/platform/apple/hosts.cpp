@@ -18,7 +18,6 @@
 
 using platform::Bundle;
 using platform::Process;
-using platform::PropertyList;
 
 namespace {
 
@@ -90,7 +89,24 @@ TEST_P(Hosts, RefusePropertyListsThatAreNone) {
     EXPECT_EQ(parsed("<plist>" + xml + "</plist>"), "refused") << xml;
   }
   EXPECT_TRUE(host->parsePropertyList(nested(platform::Host::kMaxNesting)).has_value());
-  EXPECT_FALSE(host->parsePropertyList(nested(platform::Host::kMaxNesting + 1)).has_value());
+  for (const int depth : {platform::Host::kMaxNesting + 1, 100000}) {
+    EXPECT_FALSE(host->parsePropertyList(nested(depth)).has_value()) << depth;
+  }
+}
+
+// As many of them as would be too deep within each other.
+TEST_P(Hosts, CountTheNestingOfTagsAlone) {
+  const auto many = [](const std::string& text) {
+    std::string all;
+    for (int i = 0; i < 600; ++i) all += text;
+    return all;
+  };
+  const auto list = host->parsePropertyList(
+      "<?xml " + many("<array>") + "?><plist version=\"1.0\"><array >" + many("<array/>") +
+      many("<array ></array >") + "<!-->" + many("<dict>") + "-->" + many("<!--dict-->") +
+      "<string><![CDATA[" + many("<array>") + "]]></string></array></plist>" + many("<array>"));
+  ASSERT_TRUE(list && list->array() != nullptr);
+  EXPECT_EQ(list->array()->size(), 1201U);
 }
 
 TEST_P(Hosts, TakeEveryFolderForABundle) {
@@ -98,7 +114,8 @@ TEST_P(Hosts, TakeEveryFolderForABundle) {
   const auto addInfo = [](const fs::path& folder, const std::string& version) {
     fs::create_directories(folder);
     std::ofstream(folder / "Info.plist")
-        << "<plist><dict><key>CFBundleShortVersionString</key>" << version << "</dict></plist>";
+        << "<plist><dict><key>CFBundleIdentifier</key><string>not asked for</string>"
+        << "<key>CFBundleShortVersionString</key>" << version << "</dict></plist>";
   };
   addInfo("bundles/Media Viewer.plugin/Contents", "<string>11.1</string>");
   addInfo("bundles/number.plugin/Contents", "<real>2.5</real>");
@@ -107,30 +124,35 @@ TEST_P(Hosts, TakeEveryFolderForABundle) {
   addInfo("bundles/.hidden", "<string>7</string>");
   addInfo("bundles/first/Contents", "<string>1</string>");
   addInfo("bundles/first", "<string>not read</string>");
+  addInfo("bundles/older/Resources", "<string>2</string>");
+  addInfo("bundles/older/Support Files", "<string>not read</string>");
+  addInfo("bundles/older", "<string>not read</string>");
+  addInfo("bundles/list/Contents", "<array><string>1</string></array>");
   fs::create_directory("bundles/100% \u00E9");
   fs::create_directory_symlink("old.bundle", "bundles/link");
   fs::create_symlink("nowhere", "bundles/dangling");
   std::ofstream("bundles/file.plugin") << "x";
 
   std::map<std::string, std::string> found;
-  for (const Bundle& bundle : host->bundles(pathOf("bundles"))) {
+  constexpr std::string_view kKeys[] = {"WebPluginDescription", "CFBundleShortVersionString"};
+  for (const Bundle& bundle : host->bundles(pathOf("bundles"), kKeys)) {
     EXPECT_EQ(bundle.path, pathOf("bundles/" + bundle.name));
-    const PropertyList* version = bundle.info.find("CFBundleShortVersionString");
-    EXPECT_NE(bundle.info.dictionary(), nullptr);
-    found[bundle.name] = version == nullptr ? "none" : shown(*version);
+    found[bundle.name] = shown(bundle.info);
   }
   EXPECT_EQ(found, (std::map<std::string, std::string>{
-                       {"Media Viewer.plugin", "\"11.1\""  },
-                       {"number.plugin",       "6:2.500000"},
-                       {"old.bundle",          "\"1.0\""   },
-                       {"unreadable",          "none"      },
-                       {"first",               "\"1\""     },
-                       {".hidden",             "\"7\""     },
-                       {"100% \u00E9",         "none"      },
-                       {"link",                "\"1.0\""   }
+                       {"Media Viewer.plugin", "{ CFBundleShortVersionString=\"11.1\" }"  },
+                       {"number.plugin",       "{ CFBundleShortVersionString=6:2.500000 }"},
+                       {"old.bundle",          "{ CFBundleShortVersionString=\"1.0\" }"   },
+                       {"unreadable",          "{ }"                                      },
+                       {"first",               "{ CFBundleShortVersionString=\"1\" }"     },
+                       {"older",               "{ CFBundleShortVersionString=\"2\" }"     },
+                       {"list",                "{ }"                                      },
+                       {".hidden",             "{ CFBundleShortVersionString=\"7\" }"     },
+                       {"100% \u00E9",         "{ }"                                      },
+                       {"link",                "{ CFBundleShortVersionString=\"1.0\" }"   }
   }));
-  EXPECT_TRUE(host->bundles(pathOf("missing")).empty());
-  EXPECT_TRUE(host->bundles(pathOf("no text \xFF")).empty());
+  EXPECT_TRUE(host->bundles(pathOf("missing"), kKeys).empty());
+  EXPECT_TRUE(host->bundles(pathOf("no text \xFF"), kKeys).empty());
 }
 
 TEST_P(Hosts, TellTheTimeOfTheirZone) {

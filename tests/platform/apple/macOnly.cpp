@@ -7,6 +7,7 @@
 
 #include "platform/apple/appleHost.h"
 #include "platform/apple/cfValue.h"
+#include "platform/shown.h"
 #include "support/apple/objects.h"
 #include "support/apple/standIn.h"
 
@@ -82,9 +83,59 @@ TEST(Values, KeepTheTypeOfTheirNumbers) {
   for (const PropertyList::Number& number : cases) {
     const platform::apple::Owned<CFNumberRef> object(
         standIn::refOf<CFNumberRef>(standIn::make({standIn::Number, "", number})));
-    const auto value = platform::apple::valueOf(object.get());
+    const auto value = platform::apple::scalarOf(object.get());
     EXPECT_EQ(value->number()->type, number.type);
     EXPECT_EQ(value->number()->integer, number.integer);
     EXPECT_EQ(value->number()->real, number.real);
+  }
+}
+
+// Lists that no XML says, but a binary one may.
+
+TEST(BinaryLists, LoseEntriesWhoseKeyIsNoText) {
+  standIn::mac().binaryList = standIn::make({
+      standIn::Dictionary,
+      "",
+      {                                       },
+      { standIn::make({standIn::Number, "", {NumberType::SInt64, 7}}),
+        standIn::make({standIn::String, "lost"}), standIn::make({standIn::String, "key"}),
+        standIn::make({standIn::String, "kept"}), standIn::make({standIn::Array}),
+        standIn::make({standIn::String, "lost"})}
+  });
+  const auto list = AppleHost().parsePropertyList(std::string(60, 'b'));
+  ASSERT_TRUE(list);
+  EXPECT_EQ(shown(*list), "{ key=\"kept\" }");
+}
+
+TEST(BinaryLists, AreRefusedThatUnfoldWithoutEnd) {
+  const struct {
+    int doublings;
+    bool inDictionaries;
+    std::size_t text;  // size of the one that all of them share, in bytes
+    std::size_t document;
+    bool isRead;
+  } cases[] = {
+      {30, false, 1,    242,  false},
+      {30, true,  1,    302,  false},
+      {9,  false, 3000, 3075, false},
+      {3,  true,  300,  342,  true },
+  };
+  for (const auto& c : cases) {
+    standIn::Object* object = standIn::make({standIn::String, std::string(c.text, 'x')});
+    for (int i = 0; i < c.doublings; ++i) {
+      standIn::Object* same = standIn::share(object);
+      object = !c.inDictionaries ? standIn::make({
+                                       standIn::Array, "", {    },
+                                         { object, same}
+      })
+                                 : standIn::make({standIn::Dictionary,
+                                                  "",
+                                                  {},
+                                                  {standIn::make({standIn::String, "a"}), object,
+                                                   standIn::make({standIn::String, "b"}), same}});
+    }
+    standIn::mac().binaryList = object;
+    EXPECT_EQ(AppleHost().parsePropertyList(std::string(c.document, 'b')).has_value(), c.isRead)
+        << c.doublings << " " << c.text;
   }
 }

@@ -27,7 +27,7 @@ enum Kind : CFTypeID {
 
 struct Object {
   Kind kind;
-  std::string text = {};                       // a URL's path, a formatter's pattern, bytes
+  std::string text = {};                       // a URL's path, a locale's name, bytes
   platform::PropertyList::Number number = {};  // a date's seconds and a flag too
   std::vector<Object*> parts = {};             // owned; a dictionary's keys and values take turns
   int references = 1;
@@ -36,6 +36,9 @@ struct Object {
 constexpr int kConstant = -1;  // references of what is part of the program
 
 Object* make(Object object);
+
+// The same object for one more owner.
+Object* share(Object* object);
 
 template <typename Ref>
 Ref refOf(Object* object) {

@@ -28,6 +28,11 @@ Object* make(Object object) {
   return &objects.emplace_back(std::move(object));
 }
 
+Object* share(Object* object) {
+  ++object->references;
+  return object;
+}
+
 Object& objectOf(CFTypeRef reference, Kind kind, const char* function) {
   for (Object& object : objects) {
     if (&object != reference) continue;

@@ -16,6 +16,11 @@ struct Mac {
   Mac();  // its processes are those of this machine
 
   std::optional<std::string> computerName = "stand-in";  // nothing: unknown
+
+  // What the next property list is parsed to, in the place of its text: the object of a binary
+  // list.
+  const void* binaryList = nullptr;
+
   std::vector<platform::Process> processes;
   int growths = 0;     // how often a process is started after the table's size was asked for
   int tableError = 0;  // the errno with which the table is not handed out

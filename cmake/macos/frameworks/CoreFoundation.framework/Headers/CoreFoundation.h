@@ -98,6 +98,7 @@ const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 
 CFTypeID CFDictionaryGetTypeID(void);
 CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
                                   const void** values);
 

@@ -13,6 +13,5 @@ const char* timestampPattern(TimestampForm form);
 // Turns a date that was formatted with the long pattern ("20171231235959.000000 +0300") into the
 // long form; leaves the short form alone. Digits behind the minutes of the offset (zones before
 // standard time: "-045602") belong to the number that is read, whose
-// minutes part wraps at 256. A text too short to have an offset, as a formatter of another calendar
-// might print, stays as it is.
+// minutes part wraps at 256. A text too short to have an offset stays as it is.
 std::string completeTimestamp(std::string formatted, TimestampForm form);

@@ -139,3 +139,25 @@ TEST(BinaryLists, AreRefusedThatUnfoldWithoutEnd) {
         << c.doublings << " " << c.text;
   }
 }
+
+TEST(Dates, AreAsciiAndGregorianInEveryRegion) {
+  const struct {
+    const char* region;
+    const char* formattedFor;
+  } cases[] = {
+      {"en_US",                   "en_US"      },
+      {"sv_SE",                   "sv_SE"      },
+      {"ar_EG",                   "en_US_POSIX"}, // digits
+      {"fa_IR",                   "en_US_POSIX"}, // both
+      {"th_TH",                   "en_US_POSIX"}, // calendar
+      {"ja_JP@calendar=japanese", "en_US_POSIX"},
+  };
+  for (const auto& [region, formattedFor] : cases) {
+    standIn::mac().region = region;
+    EXPECT_EQ(AppleHost().formatDate(536457599, "yyyyMMddHHmmss.000000 ZZ"),
+              "20180101052959.000000 +0530")
+        << region;
+    EXPECT_EQ(AppleHost().formatDate(536457599, "yyyy-MM-dd"), "2018-01-01") << region;
+    EXPECT_EQ(standIn::mac().formattedFor, formattedFor);
+  }
+}

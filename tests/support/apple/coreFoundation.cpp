@@ -49,6 +49,37 @@ Object* makeBundle(const platform::Bundle& bundle) {
   return make({Bundle, bundle.path, {}, {info}});
 }
 
+// The regions whose dates are other texts than those of all the others.
+struct Region {
+  std::string_view name;
+  bool isGregorian;
+  int years;              // ahead of the Gregorian calendar's
+  std::string_view zero;  // the digit
+};
+constexpr Region kRegions[] = {
+    {"ar_EG",                   true,  0,     "\u0660"},
+    {"fa_IR",                   false, -621,  "\u06F0"},
+    {"th_TH",                   false, 543,   "0"     },
+    {"ja_JP@calendar=japanese", false, -1988, "0"     },
+};
+
+const Region& regionOf(const Object& locale) {
+  static constexpr Region kPlain = {"", true, 0, "0"};
+  const auto* found = std::ranges::find(kRegions, locale.text, &Region::name);
+  return found == std::end(kRegions) ? kPlain : *found;
+}
+
+// A date that was formatted with ASCII digits and the Gregorian calendar; its year comes first.
+std::string inRegion(const Region& region, std::string date) {
+  const int year = std::stoi(date.substr(0, 4)) + region.years;
+  std::string text;
+  for (const char c : formatString("%04d", year) + date.substr(4)) {
+    text += c < '0' || c > '9' ? std::string(1, c) : std::string(region.zero);
+    if (c > '0' && c <= '9') text.back() = static_cast<char>(text.back() + c - '0');
+  }
+  return text;
+}
+
 CFIndex utf16Length(std::string_view utf8) {
   CFIndex length = 0;
   for (const char c : utf8) {
@@ -62,6 +93,14 @@ CFIndex utf16Length(std::string_view utf8) {
 
 static const char kNoAllocator = 0;
 const CFAllocatorRef kCFAllocatorNull = reinterpret_cast<CFAllocatorRef>(&kNoAllocator);
+
+// Of these only the identity counts.
+static const char kCalendarKey = 0;
+static const char kGregorian = 0;
+static const char kOtherCalendar = 0;
+const CFLocaleKey kCFLocaleCalendarIdentifier = reinterpret_cast<CFLocaleKey>(&kCalendarKey);
+const CFCalendarIdentifier kCFGregorianCalendar =
+    reinterpret_cast<CFCalendarIdentifier>(&kGregorian);
 
 CFStringRef standInString(const char* text) {
   return refOf<CFStringRef>(make({String, text, {}, {}, kConstant}));
@@ -84,6 +123,11 @@ CFTypeID CFGetTypeID(CFTypeRef object) {
 
 void CFRelease(CFTypeRef object) {
   release(objectOf(object, Any, __func__));
+}
+
+Boolean CFEqual(CFTypeRef object, CFTypeRef other) {
+  if (object == nullptr || other == nullptr) complain(__func__, "no object");
+  return object == other;
 }
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex size,
@@ -193,13 +237,23 @@ CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef docu
 }
 
 CFLocaleRef CFLocaleCopyCurrent() {
-  return refOf<CFLocaleRef>(make({Locale}));
+  return refOf<CFLocaleRef>(make({Locale, mac().region}));
+}
+
+CFLocaleRef CFLocaleCreate(CFAllocatorRef, CFLocaleIdentifier identifier) {
+  return refOf<CFLocaleRef>(make({Locale, objectOf(identifier, String, __func__).text}));
+}
+
+CFTypeRef CFLocaleGetValue(CFLocaleRef locale, CFLocaleKey key) {
+  if (key != kCFLocaleCalendarIdentifier) complain(__func__, "another key");
+  const Region& region = regionOf(objectOf(locale, Locale, __func__));
+  return region.isGregorian ? static_cast<CFTypeRef>(kCFGregorianCalendar) : &kOtherCalendar;
 }
 
 CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale, CFDateFormatterStyle,
                                          CFDateFormatterStyle) {
-  objectOf(locale, Locale, __func__);
-  return refOf<CFDateFormatterRef>(make({Formatter}));
+  Object& used = objectOf(locale, Locale, __func__);
+  return refOf<CFDateFormatterRef>(make({Formatter, "", {}, {share(&used)}}));
 }
 
 void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef format) {
@@ -209,8 +263,11 @@ void CFDateFormatterSetFormat(CFDateFormatterRef formatter, CFStringRef format) 
 CFStringRef CFDateFormatterCreateStringWithDate(CFAllocatorRef, CFDateFormatterRef formatter,
                                                 CFDateRef date) {
   const double seconds = objectOf(date, Date, __func__).number.real;
-  const std::string& pattern = objectOf(formatter, Formatter, __func__).text;
-  return refOf<CFStringRef>(make({String, platform::formatLocalDate(seconds, pattern)}));
+  const Object& used = objectOf(formatter, Formatter, __func__);
+  const Object& locale = *used.parts.front();
+  mac().formattedFor = locale.text;
+  return refOf<CFStringRef>(
+      make({String, inRegion(regionOf(locale), platform::formatLocalDate(seconds, used.text))}));
 }
 
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef path, CFURLPathStyle, Boolean) {

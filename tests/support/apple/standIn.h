@@ -16,6 +16,8 @@ struct Mac {
   Mac();  // its processes are those of this machine
 
   std::optional<std::string> computerName = "stand-in";  // nothing: unknown
+  std::string region = "en_US";                          // or another one of coreFoundation.cpp
+  std::string formattedFor;  // the region that the last date was formatted for
 
   // What the next property list is parsed to, in the place of its text: the object of a binary
   // list.

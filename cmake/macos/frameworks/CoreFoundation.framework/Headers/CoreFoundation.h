@@ -48,6 +48,7 @@ static inline CFRange CFRangeMake(CFIndex location, CFIndex length) {
 
 CFTypeID CFGetTypeID(CFTypeRef object);
 void CFRelease(CFTypeRef object);
+Boolean CFEqual(CFTypeRef object, CFTypeRef other);
 
 extern const CFAllocatorRef kCFAllocatorNull;
 
@@ -113,7 +114,16 @@ typedef enum : CFIndex {
   kCFDateFormatterNoStyle = 0,
 } CFDateFormatterStyle;
 
+typedef CFStringRef CFCalendarIdentifier;
+typedef CFStringRef CFLocaleIdentifier;
+typedef CFStringRef CFLocaleKey;
+
+extern const CFCalendarIdentifier kCFGregorianCalendar;
+extern const CFLocaleKey kCFLocaleCalendarIdentifier;  // a CFCalendarIdentifier
+
 CFLocaleRef CFLocaleCopyCurrent(void);
+CFLocaleRef CFLocaleCreate(CFAllocatorRef allocator, CFLocaleIdentifier identifier);
+CFTypeRef CFLocaleGetValue(CFLocaleRef locale, CFLocaleKey key);
 CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef allocator, CFLocaleRef locale,
                                          CFDateFormatterStyle dateStyle,
                                          CFDateFormatterStyle timeStyle);

@@ -16,8 +16,8 @@ struct SavedFile {
   bool saved = false;
 };
 
-// Creates the file of the first free name, in one step that follows no link and overwrites nothing (a
-// file that appears meanwhile makes it try the next number), and writes the image through that very
-// descriptor. The file is there whole or not at all: signals that end the run wait until it is
+// Creates the file of the first free name, in one step that follows no link and overwrites nothing
+// (a file that appears meanwhile makes it try the next number), and writes the image through that
+// very descriptor. The file is there whole or not at all: signals that end the run wait until it is
 // written, and where it cannot be written to its end (a full disk) it is removed.
 SavedFile saveSnapshotFile(const std::string& stem, std::string_view image);

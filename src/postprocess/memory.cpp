@@ -29,6 +29,7 @@ void writeSlot(const Item& slot, Tag& tag) {
 }  // namespace
 
 void PostProcessMemory(kevaDoc& snapshot, const kevaDoc& raw) {
+  if (!items(raw, "SPMemoryDataType").empty()) branch(snapshot, {"Memory"});
   Entries slots(snapshot, {"Memory"}, "Memory-slot:");
   for (const MemorySlot& slot : memorySlots(raw)) writeSlot(slot.item, slots.add());
   const std::vector<Item> hardware = items(raw, "SPHardwareDataType");

@@ -25,6 +25,7 @@ TEST(Memory, NumbersTheSlotsOfAllBanksOn) {
             lines(R"(+Snapshot= | +Memory= | *Memory-slot:1= | used=1 | capacity=0 | speed=
 *Memory-slot:2= | used=0 | *Memory-slot:3= | used=1 | capacity=16777216 | speed=
 *General-info= | physical-memory=16777217 | - | -)"));
+  EXPECT_EQ(written("{_items=[no slot]}", ""), lines("+Snapshot= | *Memory= | -"));
 }
 
 TEST(Memory, CannotGoOnAfterASizeThatIsNone) {

@@ -160,11 +160,9 @@ void addDisplayFacts(const PropertyList* item, HostFacts& facts) {
 // The interface of the active connection; null when there is none.
 const PropertyList* activeInterface(const PropertyList& profile, const std::string& ipAddress) {
   for (const PropertyList& item : elements(itemsOf(profile, "SPNetworkDataType"))) {
-    const PropertyList* address = at(item.find("ip_address"), 0);
-    if (ipAddress.empty() ? address != nullptr && textOr(item.find("interface")).starts_with("en")
-                          : isText(address, ipAddress)) {
-      return &item;
-    }
+    const std::string address = textOr(at(item.find("ip_address"), 0));
+    const bool isActive = !address.empty() && textOr(item.find("interface")).starts_with("en");
+    if (ipAddress.empty() ? isActive : address == ipAddress) return &item;
   }
   return nullptr;
 }

@@ -13,8 +13,8 @@
 #include "base/formatString.h"
 #include "base/quantities.h"
 #include "base/text.h"
+#include "edid/edid.h"
 #include "postprocess/aspectRatio.h"
-#include "postprocess/edid.h"
 #include "postprocess/mapping.h"
 
 namespace {

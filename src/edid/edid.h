@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "postprocess/videoModes.h"
+#include "edid/videoModes.h"
 
 // What a monitor says about itself: the EDID block of VESA E-EDID 1.0 to 1.4 with extension blocks
 // of CTA-861. Extensions of other kinds are passed over.

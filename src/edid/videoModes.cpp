@@ -1,4 +1,4 @@
-#include "postprocess/videoModes.h"
+#include "edid/videoModes.h"
 
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "postprocess/edid.h"
+#include "edid/edid.h"
 
 #include <algorithm>
 #include <array>

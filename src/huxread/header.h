@@ -9,9 +9,9 @@
 
 namespace huxread {
 
-enum class SectionType { AssetInfo, Snapshot, CustomData };
+enum class SectionType { AssetInfo, Snapshot, CustomData, Unknown };
 
-// The word for it in the header: "assetinfo", "snapshot", "customdata".
+// The word for it in the header: "assetinfo", "snapshot", "customdata"; "unknown" for any other.
 const char* typeName(SectionType type);
 
 // One section as the header lists it.
@@ -25,10 +25,17 @@ struct Section {
   std::string timestamp;
 };
 
-// The sections that the header text lists, by increasing number; numbers may be left out. Keys that
-// are not known are passed over. Fails when a line is neither a group nor an entry, when a group or
-// a key stands there twice, when a key that every header has is missing, when a number is none or
-// does not fit 32 bits, and when a type is unknown. Where sections lie is not checked.
-Result<std::vector<Section>> parseHeader(std::string_view text);
+struct Header {
+  std::vector<Section> sections;  // by increasing number; numbers may be left out
+
+  // What is odd about the header and what of it was passed over: keys that are not known, sections
+  // that are counted but not listed. In words without text taken from the file.
+  std::vector<std::string> remarks;
+};
+
+// Fails when a line is neither a group nor an entry, when a group or a key stands there twice, when
+// the place of a section or a count is missing, and when a number is none or does not fit 32 bits.
+// Where sections lie is not checked.
+Result<Header> parseHeader(std::string_view text);
 
 }  // namespace huxread

@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -11,48 +12,63 @@ namespace huxread {
 
 namespace {
 
-Error failure(int code, const z_stream& state) {
+std::string problemOf(int code, const z_stream& state) {
   switch (code) {
     case Z_BUF_ERROR:  // wants more input, and there is none
-      return {formatString("the zlib stream is cut off after %lu bytes", state.total_in)};
+      return formatString("the zlib stream is cut off after %lu bytes", state.total_in);
     case Z_NEED_DICT:
-      return {"the zlib stream needs a dictionary"};
+      return "the zlib stream needs a dictionary";
     case Z_MEM_ERROR:
-      return {"not enough memory to inflate the zlib stream"};
+      return "not enough memory to inflate the zlib stream";
     default:
-      return {formatString("no valid zlib stream: %s (near byte %lu)",
-                           state.msg == nullptr ? "damaged" : state.msg, state.total_in)};
+      return formatString("no valid zlib stream: %s (near byte %lu)",
+                          state.msg == nullptr ? "damaged" : state.msg, state.total_in);
   }
 }
 
 }  // namespace
 
-Result<std::string> inflateText(std::string_view stream, std::size_t limit) {
+Inflated inflateAll(std::string_view bytes, std::size_t limit) {
+  using End = Inflated::End;
   constexpr std::size_t kChunk = 16384;  // bytes of output at a time
 
+  Inflated result;
   z_stream state{};
-  const int ready = inflateInit(&state);
-  if (ready != Z_OK) return failure(ready, state);
+  int code = inflateInit(&state);
   const std::unique_ptr<z_stream, decltype(&inflateEnd)> ending(&state, inflateEnd);
-
   // zlib reads its input only, but its structure has no const.
-  state.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stream.data()));
-  state.avail_in = static_cast<uInt>(stream.size());
-  std::string text;
+  state.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+  state.avail_in = static_cast<uInt>(bytes.size());
   std::array<char, kChunk> output{};
-  int code = Z_OK;
-  while (code != Z_STREAM_END) {
+  while (code == Z_OK) {
     state.next_out = reinterpret_cast<Bytef*>(output.data());
     state.avail_out = kChunk;
     code = inflate(&state, Z_NO_FLUSH);
-    if (code != Z_OK && code != Z_STREAM_END) return failure(code, state);
-    text.append(output.data(), kChunk - state.avail_out);
-    if (text.size() > limit) return Error{formatString("inflates to more than %zu bytes", limit)};
+    const std::size_t count = kChunk - state.avail_out;
+    const std::size_t room = limit - result.text.size();
+    result.text.append(output.data(), std::min(count, room));
+    if (count > room) {
+      result.end = End::TooLong;
+      result.problem = formatString("inflates to more than %zu bytes", limit);
+      break;
+    }
   }
-  if (state.avail_in != 0) {
-    return Error{formatString("%u bytes stand behind the end of the zlib stream", state.avail_in)};
+  result.used = bytes.size() - state.avail_in;
+  if (code == Z_STREAM_END && result.problem.empty()) {
+    result.end = End::Complete;
+  } else if (result.problem.empty()) {
+    result.end = code == Z_BUF_ERROR ? End::CutOff : End::Damaged;
+    result.problem = problemOf(code, state);
   }
-  return text;
+  return result;
+}
+
+Result<std::string> inflateText(std::string_view stream, std::size_t limit) {
+  Inflated result = inflateAll(stream, limit);
+  if (!result.problem.empty()) return Error{std::move(result.problem)};
+  if (result.used == stream.size()) return std::move(result.text);
+  return Error{formatString("%zu bytes stand behind the end of the zlib stream",
+                            stream.size() - result.used)};
 }
 
 }  // namespace huxread

@@ -8,9 +8,22 @@
 
 namespace huxread {
 
-// The text of the one zlib stream (RFC 1950) that `stream`, of less than 4 GiB, consists of.
-// Fails when the stream is damaged, ends early or is followed by anything, and as soon as the text
-// grows beyond `limit` bytes: a few kilobytes can inflate to gigabytes.
+// How far a zlib stream (RFC 1950) could be read.
+struct Inflated {
+  enum class End { Complete, CutOff, TooLong, Damaged };
+
+  std::string text;      // all that was inflated; what was taken from damaged bytes may be wrong
+  std::size_t used = 0;  // bytes that were read: the stream's length when it is complete
+  End end = End::Damaged;
+  std::string problem;  // why it went no further; "" when it is complete
+};
+
+// Inflates the stream that `bytes`, of less than 4 GiB, begin with, up to its end, to the first
+// fault or to `limit` bytes of text: a few kilobytes can inflate to gigabytes.
+Inflated inflateAll(std::string_view bytes, std::size_t limit);
+
+// The text of the one zlib stream that `stream` consists of. Fails when it is not complete, and
+// when anything follows it.
 Result<std::string> inflateText(std::string_view stream, std::size_t limit);
 
 }  // namespace huxread

@@ -77,6 +77,32 @@ TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
             "section 1: length 4294967295 from offset 2 reaches beyond the data (412 bytes)");
 }
 
+TEST(Container, KeepsWhatItDoesNotKnowAndSaysSo) {
+  const std::string data = blob("a document") + zlibStream("raw data") + "gap";
+  const auto size = static_cast<unsigned>(blob("a document").size());
+  const auto rest = static_cast<unsigned>(data.size()) - size - 3;
+  std::string header = "[H]\ncount=6\nsnapshotcount=1\n[1]\n" + place(0, size) +
+                       "note=\n[4]\ntipe=snapshot\n" + place(size, rest);
+  header.replace(header.find("type=custom"), 11, "type=\33ustom");
+  header.erase(header.find("type=customdata\n"));
+  const auto container = Container::parse(huxFile(data, header));
+  ASSERT_TRUE(container) << container.error().message;
+  EXPECT_EQ(container->sections()[0].type, SectionType::Unknown);
+  EXPECT_EQ(*container->text(1), "a document");
+  EXPECT_EQ(*container->text(4), "raw data");
+  const std::string end = std::to_string(data.size() - 1);
+  const std::vector<std::string> remarks = {
+      "header: the key of line 8 is not known",
+      "header: the key of line 10 is not known",
+      "section 0: counted but not listed",
+      "sections 2 to 3: counted but not listed",
+      "section 5: counted but not listed",
+      "header: counts 1 documents of type snapshot and lists 0",
+      "bytes " + std::to_string(data.size() - 3) + " to " + end +
+          " of the file belong to no section"};
+  EXPECT_EQ(container->remarks(), remarks);
+}
+
 TEST(Container, SaysWhyASectionCannotBeInflated) {
   const auto problemWith = [](const char* type, const std::string& data) {
     const auto text = Container::parse(fileOfOne(type, data))->text(0);

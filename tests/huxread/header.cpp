@@ -8,24 +8,21 @@ TEST(Header, SaysWhatIsWrongAndWhere) {
   const std::string head = "[H]\ncount=2\nsnapshotcount=1\n";
   const std::string one = head + "[1]\n";
   const std::string placed = one + "offset=0\nlength=0\n";
-  const std::string typed = placed + "type=snapshot\n";
   const struct {
     const char* message;
     std::string text;
   } cases[] = {
-      {"header: does not begin with [H]",                     ""                               },
-      {"header: line 2 is cut off",                           "[H]\ncount=2"                   },
-      {"header: line 1 is no entry of a group",               "count=2\n[H]\n"                 },
-      {"header: line 3 repeats a key of its group",           "[H]\ncount=2\ncount=2\n"        },
-      {"header: snapshotcount is missing",                    "[H]\ncount=2\n"                 },
-      {"header: line 4 is no section number",                 head + "[H]\n"                   },
-      {"section 2: the header counts 2 sections",             head + "[2]\n"                   },
-      {"section 1: length is missing",                        one + "offset=1\n"               },
-      {"section 1: offset is no number from 0 to 4294967295", one + "offset=-1\n"              },
-      {"section 1: offset is no number from 0 to 4294967295", one + "offset=4294967296\n"      },
-      {"section 1: type is missing",                          placed                           },
-      {"section 1: type is unknown",                          placed + "type=Snapshot\n"       },
-      {"section 1: the header lists it twice",                typed + typed.substr(head.size())},
+      {"header: does not begin with [H]",                     ""                                 },
+      {"header: line 2 is cut off",                           "[H]\ncount=2"                     },
+      {"header: line 1 is no entry of a group",               "count=2\n[H]\n"                   },
+      {"header: line 3 repeats a key of its group",           "[H]\ncount=2\ncount=2\n"          },
+      {"header: snapshotcount is missing",                    "[H]\ncount=2\n"                   },
+      {"header: line 4 is no section number",                 head + "[H]\n"                     },
+      {"section 2: the header counts 2 sections",             head + "[2]\n"                     },
+      {"section 1: length is missing",                        one + "offset=1\n"                 },
+      {"section 1: offset is no number from 0 to 4294967295", one + "offset=-1\n"                },
+      {"section 1: offset is no number from 0 to 4294967295", one + "offset=4294967296\n"        },
+      {"section 1: the header lists it twice",                placed + placed.substr(head.size())},
   };
   for (const auto& [message, text] : cases) {
     const auto sections = parseHeader(text);

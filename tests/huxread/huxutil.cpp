@@ -58,7 +58,7 @@ TEST_F(Huxutil, AnswersWithTextOrWordsAndExitCode) {
        "huxutil: test.hux: section 3: not a compressed document: bad magic\n"                 },
       {"list .",                   2, "huxutil: .: Is a directory\n"                          },
       {"list /dev/zero",           2,
-       "huxutil: /dev/zero: not a snapshot file: has more than 268435456 bytes\n"             },
+       "huxutil: /dev/zero: not a snapshot file: has more than 536870912 bytes\n"             },
       {"list",                     2,
        "Usage: huxutil list FILE\n       huxutil text FILE [SECTION]\n       huxutil --help\n"},
   };

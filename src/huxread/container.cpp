@@ -45,11 +45,6 @@ Result<Container> Container::open(const std::string& path) {
   return bytes ? take(*bytes) : bytes.error();
 }
 
-Result<Container> Container::read(std::FILE* file) {
-  Result<std::string> bytes = readFile(file);
-  return bytes ? take(*bytes) : bytes.error();
-}
-
 Result<Container> Container::parse(std::string bytes) {
   return take(bytes);
 }

@@ -22,7 +22,6 @@ class Container {
  public:
   // Reads the file. Fails as readFile and as parse do.
   static Result<Container> open(const std::string& path);
-  static Result<Container> read(std::FILE* file);
 
   // Fails as readLayout does. The sections themselves are not looked at.
   static Result<Container> parse(std::string bytes);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "huxread/container.h"
+#include "huxread/result.h"
+#include "machine/description.h"
+#include "platform/host.h"
+
+namespace machine {
+
+// The tables of a file. A file with a snapshot section is read from its documents, one with custom
+// data from the profiler's document in it, which the host parses piece by piece; the asset record,
+// in both, says who the machine is and when it was scanned. Fails when the file has neither
+// section, and when a section that is needed cannot be read.
+huxread::Result<Description> describe(const huxread::Container& file, platform::Host& host);
+
+}  // namespace machine

@@ -1,0 +1,158 @@
+#include "inspect/findings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "madeUp.h"
+#include "support/fileText.h"
+
+using inspect::Finding;
+using machine::Source;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+std::vector<std::string> texts(const std::vector<Finding>& findings) {
+  std::vector<std::string> lines;
+  for (const Finding& finding : findings) {
+    lines.push_back(std::string(finding.kind->id) + " " + finding.text);
+  }
+  return lines;
+}
+
+}  // namespace
+
+TEST(Findings, AreExplainedInTheDocument) {
+  const std::string page = fileText(PROJECT_FOLDER "/docs/findings.md");
+  std::vector<std::string> documented;
+  const std::regex row(R"(\| (HUX\d+) \| ([^|]+) \|)");
+  for (std::sregex_iterator match(page.begin(), page.end(), row), end; match != end; ++match) {
+    documented.push_back((*match)[1].str() + " " + (*match)[2].str());
+  }
+  std::vector<std::string> known;
+  for (const inspect::FindingKind& kind : inspect::findingKinds()) {
+    known.push_back(std::string(kind.id) + " " + std::string(kind.title));
+  }
+  EXPECT_EQ(documented, known);
+}
+
+TEST(Findings, SayWhatAPersonMayWantToActOn) {
+  auto mac = madeUp(Source::Debug);
+  put(mac, "firewall",
+      {
+          {"kind",    "global"   },
+          {"name",    "mode"     },
+          {"setting", "allow_all"}
+  });
+  put(mac, "firewall",
+      {
+          {"kind",    "application"},
+          {"name",    "mode"       },
+          {"setting", "allow_all"  }
+  });
+  put(mac, "machine",
+      {
+          {"integrity_protection", false}
+  });
+  put(mac, "disks",
+      {
+          {"model",  "GOOD"    },
+          {"health", "verified"}
+  });
+  put(mac, "disks",
+      {
+          {"model",  "BAD"    },
+          {"health", "failing"}
+  });
+  for (const char* name : {"Full", "Shares its space"}) {
+    put(mac, "volumes",
+        {
+            {"name",       name   },
+            {"container",  "disk3"},
+            {"size_bytes", 1000   },
+            {"free_bytes", 49     }
+    });
+  }
+  put(mac, "volumes",
+      {
+          {"name",       "Room"},
+          {"size_bytes", 1000  },
+          {"free_bytes", 50    }
+  });
+  put(mac, "volumes",
+      {
+          {"name",       "Image"},
+          {"size_bytes", 1000   },
+          {"free_bytes", 0      },
+          {"writable",   false  }
+  });
+  put(mac, "volumes",
+      {
+          {"name",        "System"},
+          {"mount_point", "/"     },
+          {"encrypted",   false   }
+  });
+  put(mac, "memory",
+      {
+          {"slot",   "DIMM 2"    },
+          {"status", "mapped_out"}
+  });
+  put(mac, "memory",
+      {
+          {"slot",   "DIMM 3"},
+          {"status", "empty" }
+  });
+  put(mac, "battery",
+      {
+          {"condition", "Service"}
+  });
+  put(mac, "environment",
+      {
+          {"name",  "Npm_Token"},
+          {"value", "hush"     }
+  });
+  put(mac, "environment",
+      {
+          {"name",  "HOME"     },
+          {"value", "/password"}
+  });
+  mac.setLacksItems();
+  EXPECT_THAT(
+      texts(inspect::findRemarks(mac)),
+      ElementsAre("HUX007 items of the profiler's report cannot be read: what they tell is missing",
+                  "HUX201 the firewall is off", "HUX206 the system integrity protection is off",
+                  "HUX202 a disk is failing: BAD", "HUX204 a volume is nearly full: Full",
+                  "HUX208 the startup volume is not encrypted: System",
+                  "HUX207 a memory module does not work: DIMM 2",
+                  "HUX205 the battery needs service: Service",
+                  "HUX203 the environment holds secrets: Npm_Token"));
+}
+
+TEST(Findings, TellGapsFromLimits) {
+  auto mac = madeUp(Source::Snapshot);
+  put(mac, "machine",
+      {
+          {"model_id",     "Mac17,2"          },
+          {"os_name",      "macOS"            },
+          {"os_version",   "26.1"             },
+          {"architecture", "arm64"            },
+          {"mac_address",  "F2-4D-89-00-11-22"}
+  });
+  put(mac, "software",
+      {
+          {"name", "Safari"}
+  });
+  EXPECT_THAT(
+      texts(inspect::findGaps(mac)),
+      ElementsAre("HUX103 no processor", "HUX104 no amount of memory", "HUX105 no disk",
+                  "HUX106 no network service", "HUX108 no serial number", "HUX109 no hardware UUID",
+                  "HUX110 the hardware address is locally administered: it may change"));
+  std::string ids;
+  for (const Finding& limit : inspect::findRemarks(mac)) ids += std::string(limit.kind->id) + " ";
+  EXPECT_EQ(ids, "HUX301 HUX302 HUX303 HUX304 HUX305 HUX306 ");
+  EXPECT_THAT(inspect::findRemarks(madeUp(Source::Debug)), IsEmpty());
+}

@@ -1,13 +1,17 @@
 #include "golden/machine.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <sstream>
+#include <utility>
 
 #include "huxread/container.h"
+#include "machine/describe.h"
 #include "run/scanRun.h"
 #include "support/fakeHost.h"
 #include "support/fileText.h"
@@ -92,34 +96,17 @@ void play(const fs::path& folder, FakeHost& host) {
   playBundles(folder, host);
 }
 
-// The documents of the one file that a folder holds.
-std::string documents(const fs::path& folder) {
-  std::string texts;
+// Hands over the one file that a folder holds.
+using Take = std::function<void(const huxread::Container& file)>;
+void readFile(const fs::path& folder, const Take& take) {
   const auto files = filesOf(folder);
-  EXPECT_EQ(files.size(), 1U);
-  if (files.empty()) return texts;
+  ASSERT_EQ(files.size(), 1U);
   const auto file = huxread::Container::open(files.begin()->second.string());
-  EXPECT_TRUE(file);
-  if (!file) return texts;
-  for (const huxread::Section& section : file->sections()) {
-    if (section.type != huxread::SectionType::CustomData) texts += *file->text(section.number);
-  }
-  return texts;
+  ASSERT_TRUE(file);
+  take(*file);
 }
 
-}  // namespace
-
-std::span<const Machine> machines() {
-  static constexpr Machine kMachines[] = {
-      {"mac",           "mac",     "demo/mac", "Mara’s MacBook Pro", "",              "",      false},
-      {"tower",         "tower",   nullptr,    "Werkstatt 2/3",        "198.51.100.84", "stock", false},
-      {"virtual",       "virtual", nullptr,    "vm",                   "",              "",      false},
-      {"virtual-debug", "virtual", nullptr,    "vm",                   "192.0.2.7",     "stock", true },
-  };
-  return kMachines;
-}
-
-std::string scannedText(const Machine& machine) {
+void scan(const Machine& machine, const Take& take) {
   FakeHost host;
   const fs::path checkout(PROJECT_FOLDER);
   if (machine.recording != nullptr) play(checkout / machine.recording, host);
@@ -135,15 +122,84 @@ std::string scannedText(const Machine& machine) {
   scanRun(host, RunOptions{1, 0, 0}, false, machine.debug, machine.ipAddress, machine.login);
   testing::internal::GetCapturedStdout();
   fs::current_path(back);
-  std::string texts = documents(folder);
+  readFile(folder, take);
   fs::remove_all(folder);
+}
+
+}  // namespace
+
+std::span<const Machine> machines() {
+  static constexpr Machine kMachines[] = {
+      {"mac",           "mac",     "demo/mac", "Mara’s MacBook Pro", "",              "",      false},
+      {"tower",         "tower",   nullptr,    "Werkstatt 2/3",        "198.51.100.84", "stock", false},
+      {"virtual",       "virtual", nullptr,    "vm",                   "",              "",      false},
+      {"silicon",       "silicon", nullptr,    "Noor’s MacBook Pro", "",              "",      false},
+      {"virtual-debug", "virtual", nullptr,    "vm",                   "192.0.2.7",     "stock", true },
+  };
+  return kMachines;
+}
+
+std::vector<Machine> distinctMachines() {
+  std::vector<Machine> distinct(machines().begin(), machines().end());
+  std::erase_if(distinct, [](const Machine& machine) { return machine.debug; });
+  return distinct;
+}
+
+void PrintTo(const Machine& machine, std::ostream* out) {
+  *out << machine.name;
+}
+
+std::string testName(const testing::TestParamInfo<Machine>& info) {
+  std::string name = info.param.name;
+  std::erase(name, '-');  // no test's name has one
+  return name;
+}
+
+std::string scannedText(const Machine& machine) {
+  std::string texts;
+  scan(machine, [&texts](const huxread::Container& file) {
+    for (const huxread::Section& section : file.sections()) {
+      if (section.type != huxread::SectionType::CustomData) texts += *file.text(section.number);
+    }
+  });
   return texts;
+}
+
+machine::Description scannedTables(const Machine& machine) {
+  machine::Description tables(machine::Source::Snapshot);
+  scan(machine, [&tables](const huxread::Container& file) {
+    FakeHost host;  // parses property lists
+    auto described = machine::describe(file, host);
+    ASSERT_TRUE(described) << described.error().message;
+    tables = std::move(*described);
+  });
+  return tables;
+}
+
+bool isToBeRefreshed(const Machine& machine) {
+  const char* named = std::getenv("ORBEX_REFRESH_GOLDEN");
+  const std::string names = " " + std::string(named == nullptr ? "" : named) + " ";
+  return names.find(" " + std::string(machine.name) + " ") != std::string::npos;
 }
 
 std::string goldenFile(const Machine& machine) {
   return std::string(PROJECT_FOLDER "/tests/golden/") + machine.name + ".txt";
 }
 
+std::string goldenTablesFile(const Machine& machine) {
+  return std::string(PROJECT_FOLDER "/tests/golden/tables/") + machine.name +
+         (machine.debug ? "-debug.json" : ".json");
+}
+
 std::string goldenText(const Machine& machine) {
   return fileText(goldenFile(machine));
+}
+
+std::string difference(const std::string& golden, const std::string& scanned) {
+  const auto at = std::ranges::mismatch(golden, scanned).in1 - golden.begin();
+  const std::size_t start = golden.substr(0, static_cast<std::size_t>(at)).rfind('\n') + 1;
+  const auto line = [start](const std::string& text) {
+    return start > text.size() ? "" : text.substr(start, text.find('\n', start) - start);
+  };
+  return "golden:  " + line(golden) + "\nscanned: " + line(scanned);
 }

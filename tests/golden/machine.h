@@ -1,7 +1,13 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <ostream>
 #include <span>
 #include <string>
+#include <vector>
+
+#include "machine/description.h"
 
 // The machines that golden snapshots are kept of, and the options they are scanned with.
 // tests/machines/README.md says what their folders hold.
@@ -17,12 +23,28 @@ struct Machine {
 
 std::span<const Machine> machines();
 
-// Scans a machine and reads the documents of the file back: their text forms, one after the other.
-// Everything that a scan asks is answered from the machine's folders; a scan takes 65 seconds.
-// Fails the test when there is not exactly one readable file.
+// Those that are scanned into a snapshot: each once.
+std::vector<Machine> distinctMachines();
+
+// For the names of tests.
+void PrintTo(const Machine& machine, std::ostream* out);
+std::string testName(const testing::TestParamInfo<Machine>& info);
+
+// Scan a machine and read the file back: the text forms of its documents, one after the other, or
+// its tables. Everything that a scan asks is answered from the machine's folders; a scan takes 65
+// seconds. They fail the test when there is not exactly one readable file.
 std::string scannedText(const Machine& machine);
+machine::Description scannedTables(const Machine& machine);
+
+// Whether scripts/refresh-golden asks for this machine's files.
+bool isToBeRefreshed(const Machine& machine);
 
 std::string goldenFile(const Machine& machine);
 
-// What it holds; "" when it is missing.
+std::string goldenTablesFile(const Machine& machine);
+
+// What the first of them holds; "" when it is missing.
 std::string goldenText(const Machine& machine);
+
+// Of two texts, the line in which they begin to differ, for messages.
+std::string difference(const std::string& golden, const std::string& scanned);

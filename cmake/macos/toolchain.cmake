@@ -30,10 +30,13 @@ set(CMAKE_OSX_DEPLOYMENT_TARGET "")
 # Linking a program to find out whether the compiler works would build the C++ library first.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
-# Nothing of this machine is for a Mac. zlib.h is among the package's headers, which need no path.
+# Nothing of this machine is for a Mac but the libraries that are all headers, of which scripts/macos has
+# made links in a folder of their own. zlib.h is among the package's headers, which need no path.
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_CURRENT_LIST_DIR})
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ZLIB_INCLUDE_DIR ${CMAKE_CURRENT_LIST_DIR}/lib)
 set(ZLIB_LIBRARY ${CMAKE_CURRENT_LIST_DIR}/lib/libz.tbd)
+set(CLI11_INCLUDE_FOLDER ${CMAKE_CURRENT_LIST_DIR}/../../build/macos/include)
+set(JSON_INCLUDE_FOLDER ${CLI11_INCLUDE_FOLDER})

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <string>
 
+#include "support/demoMac.h"
 #include "support/shell.h"
 #include "support/snapshotFile.h"
 #include "support/workingFolder.h"
@@ -18,24 +19,9 @@ using testing::Not;
 
 namespace {
 
-const std::string kAgent = "'" ORBEXAGENT "' ";
-
-// Starts what follows on a recorded Mac, with the commands of ./bin in front of its own.
-std::string playing(const std::string& recording) {
-  return "'" PROJECT_FOLDER "/demo/play' '" + recording +
-         "' sh -c 'PATH=$PWD/bin:$PATH; exec \"$@\"' sh ";
-}
-const std::string kMac = playing(PROJECT_FOLDER "/demo/mac");
-
 const std::string kPrompt =
     "Orbex scanner for MacOS X (version 17.05.24)\n"
     "Do you want to start the scan of local computer?(y/n)\n";
-
-void writeScript(const std::string& file, const std::string& text) {
-  fs::create_directories(fs::path(file).parent_path());
-  std::ofstream(file) << "#!/bin/sh\n" << text;
-  fs::permissions(file, fs::perms::owner_all);
-}
 
 class Agent : public WorkingFolder {
  protected:

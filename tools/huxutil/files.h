@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "huxread/container.h"
+#include "huxread/result.h"
+#include "machine/description.h"
+
+// The files that a command line names, and what is read from them.
+
+// The files behind the arguments, in order: a folder stands for the .hux files below it, by name,
+// links to folders not followed; "-" and anything else stand for themselves. A folder without any
+// is reported on standard error; `code` is raised.
+std::vector<std::string> expandFiles(const std::vector<std::string>& arguments, int& code);
+
+// The file, or standard input for "-". Of one that is damaged or was cut off the error says so.
+huxread::Result<huxread::Container> openFile(const std::string& path);
+
+// Its bytes, whatever they are.
+huxread::Result<std::string> readBytes(const std::string& path);
+
+// Its tables.
+huxread::Result<machine::Description> describeFile(const std::string& path);
+
+// What a command makes of one file: parts of standard output and standard error, and an exit code.
+struct Outcome {
+  std::string output;
+  std::string errors;
+  int code = 0;
+};
+
+// Runs `work` for every file, on all processors when there are many, and prints what comes out in
+// the order of the files. Returns the highest exit code. `work` runs on several threads at once.
+int forEachFile(const std::vector<std::string>& files,
+                const std::function<Outcome(const std::string& path)>& work);

@@ -276,7 +276,11 @@ bool startedFrom(const Row& volume) {
   return machine::textOf(volume[at("volumes", "mount_point")]) == "/";
 }
 
-// That of the system first.
+bool isImage(const Pool& pool) {
+  return machine::textOf((*pool.volume)[at("volumes", "disk_model")]) == "Disk Image";
+}
+
+// That of the system first; disk images, which newer systems mount for themselves, last.
 std::vector<Pool> pools(const Description& machine) {
   std::vector<Pool> found;
   std::unordered_map<std::string_view, std::size_t> byContainer;  // the place in `found`
@@ -294,6 +298,8 @@ std::vector<Pool> pools(const Description& machine) {
   }
   std::stable_partition(found.begin(), found.end(),
                         [](const Pool& pool) { return startedFrom(*pool.volume); });
+  std::stable_partition(found.begin(), found.end(),
+                        [](const Pool& pool) { return !isImage(pool); });
   return found;
 }
 

@@ -47,6 +47,7 @@ disk      APPLE SSD AP0512R, 500 GB SSD, internal, healthy
           Kestrel Backup, 4 TB HDD, external, failing
 volume    Macintosh HD +2    361 of 494 GB used, encrypted APFS
           日本語のバックア…  3.9 of 4 TB used, Journaled HFS+
+          Cryptex            9 KB
 network   en0 Wi-Fi  192.168.1.20  F8-4D-89-00-11-22
 battery   87 % of its capacity left, 312 cycles, Good, 54 % charged
 attached  1 USB device

@@ -84,6 +84,12 @@ Description notebook() {
   }
   addRow(mac, "volumes",
          {
+             {"name",       "Cryptex"   },
+             {"size_bytes", number(9000)},
+             {"disk_model", "Disk Image"}
+  });
+  addRow(mac, "volumes",
+         {
              {"mount_point", "/Volumes/日本語のバックアップ"},
              {"name",        "日本語のバックアップ"         },
              {"file_system", "Journaled HFS+"                         },

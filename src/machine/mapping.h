@@ -26,9 +26,9 @@ struct Cell {
 // The same line as it is written, by the column's name.
 template <typename Convert>
 struct NamedCell {
-  const char* column;
+  const char* column = nullptr;
   const char* keys[4] = {};
-  Convert convert;
+  Convert convert{};
 };
 
 // Finds the columns. In a constant a name that the schema lacks does not compile.

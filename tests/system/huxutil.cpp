@@ -63,10 +63,13 @@ std::string snapshotFile(const std::string& text, const std::string& timestamp =
                 "\ntype=snapshot\ntimestamp=" + timestamp + "\n");
 }
 
+// Where no file system of pseudo-terminals is mounted, as in some containers.
+const std::string kNoTerminal = "no terminal here";
+
 // What reaches a terminal that is standard output and standard error of the shell line.
 std::string onTerminal(const std::string& line) {
   const int screen = posix_openpt(O_RDWR | O_NOCTTY);
-  if (screen < 0 || grantpt(screen) != 0 || unlockpt(screen) != 0) return "no terminal here";
+  if (screen < 0 || grantpt(screen) != 0 || unlockpt(screen) != 0) return kNoTerminal;
   const std::string name = ptsname(screen);
   const int program = open(name.c_str(), O_RDWR | O_NOCTTY);  // the last to close it ends reading
   termios settings{};
@@ -361,7 +364,9 @@ TEST_F(Huxutil, LetsNoFileSteerTheTerminal) {
   EXPECT_EQ(run("text normal.hux").output, text);
   EXPECT_EQ(run("raw debug.hux").output, report);
   EXPECT_TRUE(nlohmann::json::accept(run("json normal.hux").output));
-  EXPECT_THAT(onTerminal("TERM=xterm " + kHuxutil + "card normal.hux"), HasSubstr("\33["));
+  const std::string card = onTerminal("TERM=xterm " + kHuxutil + "card normal.hux");
+  if (card == kNoTerminal) GTEST_SKIP() << kNoTerminal;
+  EXPECT_THAT(card, HasSubstr("\33["));
   const std::string lines[] = {"normal.hux",
                                "card debug.hux",
                                "list normal.hux",

@@ -54,7 +54,9 @@ void addFolder(const std::string& root, std::vector<std::string>& files, int& co
     }
     std::vector<std::string> below;
     for (const std::string& name : names) {
-      const std::string path = folder + (folder.ends_with('/') ? "" : "/") + name;
+      std::string path = folder;
+      if (!path.ends_with('/')) path += '/';
+      path += name;
       struct stat status {};
       if (lstat(path.c_str(), &status) != 0) continue;  // gone meanwhile
       if (S_ISDIR(status.st_mode)) {

@@ -64,7 +64,7 @@ std::optional<Error> addProfile(const Container& file, const Section& section, p
   const auto profile = Profile::open(*text, host);
   if (!profile) return about(section, profile.error());
   for (const ReadProfiled read : kProfiled) read(*profile, machine);
-  if (profile->unreadable() > 0) machine.setLacksItems();
+  if (profile->unreadable() > 0 || profile->cutOff()) machine.setLacksItems();
   return std::nullopt;
 }
 

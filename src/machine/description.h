@@ -45,7 +45,7 @@ class Description {
 
   Source source() const { return source_; }
 
-  // Items of the profiler's report that cannot be parsed, so that rows are missing.
+  // Items of the profiler's report that cannot be parsed or were cut off, so that rows are missing.
   bool lacksItems() const { return lacksItems_; }
   void setLacksItems() { lacksItems_ = true; }
 

@@ -328,6 +328,8 @@ TEST_F(Huxutil, SaysHowAFileIsDamaged) {
                            "</string><key>_items</key><array><dict><key>_name</key><string>&foo;"
                            "</string></dict></array></dict></array></plist>")));
   expect("verify item.hux", 1, StartsWith("item.hux: HUX007 damage: "));
+  write("end.hux", fileOfOne("customdata", zlibStream("<plist><array><dict><key>_dataType</key>")));
+  expect("verify end.hux", 1, HasSubstr("end.hux: HUX007 damage: "));
   expect("verify other.hux", 1,
          AllOf(HasSubstr("other.hux: HUX005 remark: "), HasSubstr("other.hux: HUX006 damage: ")));
   expect("verify foreign.hux", 2, "", foreign);

@@ -14,31 +14,6 @@ namespace machine::profiler {
 
 namespace {
 
-// A date of a property list as a text of the Gregorian calendar; nothing outside its years 1 to
-// 9999.
-Value calendarText(const PropertyList& value, bool withTime) {
-  using std::chrono::days;
-  using std::chrono::seconds;
-  if (value.date() == nullptr) return {};
-  const double since2001 = value.date()->seconds;
-  constexpr double kMost = 3e11;  // in seconds, some 9500 years
-  if (!(std::abs(since2001) < kMost)) return {};
-  constexpr std::chrono::sys_days kStart{std::chrono::year{2001} / 1 / 1};
-  const auto time =
-      std::chrono::sys_seconds(kStart) + seconds(static_cast<std::int64_t>(std::floor(since2001)));
-  const auto midnight = std::chrono::floor<days>(time);
-  const std::chrono::year_month_day date(midnight);
-  const int year = static_cast<int>(date.year());
-  if (year < 1 || year > 9999) return {};
-  std::string text = formatString("%04d-%02u-%02u", year, static_cast<unsigned>(date.month()),
-                                  static_cast<unsigned>(date.day()));
-  if (withTime) {
-    const auto second = static_cast<int>((time - midnight).count());
-    text += formatString("T%02d:%02d:%02dZ", second / 3600, second / 60 % 60, second % 60);
-  }
-  return text;
-}
-
 // What a text says as a quantity, in whole units of `unit`.
 template <typename Parser>
 Value quantity(const PropertyList& value, Parser parse, std::int64_t unit) {
@@ -179,12 +154,20 @@ Value flag(const PropertyList& value) {
   return {};
 }
 
-Value dateTime(const PropertyList& value) {
-  return calendarText(value, true);
-}
-
 Value day(const PropertyList& value) {
-  return calendarText(value, false);
+  namespace chrono = std::chrono;
+  if (value.date() == nullptr) return {};
+  const double since2001 = value.date()->seconds;
+  constexpr double kMost = 3e11;  // in seconds, some 9500 years
+  if (!(std::abs(since2001) < kMost)) return {};
+  constexpr double kDay = 86400;  // seconds
+  constexpr chrono::sys_days kStart{chrono::year{2001} / 1 / 1};
+  const chrono::days days(static_cast<int>(std::floor(since2001 / kDay)));
+  const chrono::year_month_day date(kStart + days);
+  const int year = static_cast<int>(date.year());
+  if (year < 1 || year > 9999) return {};
+  return formatString("%04d-%02u-%02u", year, static_cast<unsigned>(date.month()),
+                      static_cast<unsigned>(date.day()));
 }
 
 Value megabytes(const PropertyList& value) {

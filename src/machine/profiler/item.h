@@ -72,8 +72,7 @@ Value integer(const PropertyList& value);
 // "spdisplays_yes", "integrity_enabled", "attrib_Off".
 Value flag(const PropertyList& value);
 
-// A date as "2024-05-01T10:00:00Z", its day as "2024-05-01", in UTC.
-Value dateTime(const PropertyList& value);
+// The day of a date, "2024-05-01", in UTC; nothing outside the years 1 to 9999.
 Value day(const PropertyList& value);
 
 // Texts with sizes and speeds (machine/quantity.h): binary units of memory and caches as whole

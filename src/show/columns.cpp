@@ -94,7 +94,7 @@ bool isIn(std::span<const Range> ranges, char32_t character) {
   return range != ranges.end() && range->first <= character;
 }
 
-std::size_t columnsOf(char32_t character) {
+std::size_t columnsOfCharacter(char32_t character) {
   if (character < 0x300) return 1;
   if (isIn(kCombining, character)) return 0;
   return isIn(kWide, character) ? 2 : 1;
@@ -111,7 +111,7 @@ Fitting fitting(std::string_view text, std::size_t columns) {
   while (fits.bytes < text.size()) {
     const std::string_view rest = text.substr(fits.bytes);
     const std::size_t length = std::max<std::size_t>(utf8SequenceLength(rest), 1);
-    const std::size_t more = columnsOf(characterAt(rest, length));
+    const std::size_t more = columnsOfCharacter(characterAt(rest, length));
     if (more > columns - fits.columns) break;
     fits.bytes += length;
     fits.columns += more;

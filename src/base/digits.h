@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+inline bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 // Texts that are digits from end to end, as the profiler prints identifiers and blocks of bytes. A
 // hexadecimal text may have the prefix "0x", and digits of either case.
 

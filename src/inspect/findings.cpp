@@ -137,19 +137,12 @@ class Remarks {
   }
 
   void checkVolumes() {
-    constexpr double kNearlyFull = 0.05;    // what is free of the whole
     std::set<std::string_view> containers;  // told of: their volumes share what is free
     for (const Row& row : table(machine_, "volumes").rows) {
-      const auto* size = std::get_if<std::int64_t>(&row[columnAt("volumes", "size_bytes")]);
-      const auto* free = std::get_if<std::int64_t>(&row[columnAt("volumes", "free_bytes")]);
       const std::string name(textOf(row[columnAt("volumes", "name")]));
       const std::string_view container = textOf(row[columnAt("volumes", "container")]);
       const bool startup = textOf(row[columnAt("volumes", "mount_point")]) == "/";
-      // Disk images and discs are full by nature.
-      const bool writable = !isFalse(row[columnAt("volumes", "writable")]) || startup;
-      if (size != nullptr && free != nullptr && *size > 0 && writable &&
-          static_cast<double>(*free) < kNearlyFull * static_cast<double>(*size) &&
-          (container.empty() || containers.insert(container).second)) {
+      if (isNearlyFull(row) && (container.empty() || containers.insert(container).second)) {
         add("HUX204", "a volume is nearly full: " + name);
       }
       if (startup && isFalse(row[columnAt("volumes", "encrypted")])) {
@@ -160,8 +153,7 @@ class Remarks {
 
   void checkMemory() {
     for (const Row& row : table(machine_, "memory").rows) {
-      const std::string_view status = textOf(row[columnAt("memory", "status")]);
-      if (status.empty() || status == "ok" || status == "empty") continue;
+      if (!isBroken(row)) continue;
       add("HUX207",
           "a memory module does not work: " + std::string(textOf(row[columnAt("memory", "slot")])));
     }
@@ -278,6 +270,21 @@ std::vector<Finding> findGaps(const Description& machine) {
 
 std::vector<Finding> findRemarks(const Description& machine) {
   return Remarks(machine).all();
+}
+
+bool isBroken(const Row& module) {
+  const std::string_view status = textOf(module[columnAt("memory", "status")]);
+  return !status.empty() && status != "ok" && status != "empty";
+}
+
+bool isNearlyFull(const Row& volume) {
+  constexpr double kNearlyFull = 0.05;  // what is free of the whole
+  const auto* size = std::get_if<std::int64_t>(&volume[columnAt("volumes", "size_bytes")]);
+  const auto* free = std::get_if<std::int64_t>(&volume[columnAt("volumes", "free_bytes")]);
+  const bool startup = textOf(volume[columnAt("volumes", "mount_point")]) == "/";
+  const bool writable = !isFalse(volume[columnAt("volumes", "writable")]) || startup;
+  return size != nullptr && free != nullptr && *size > 0 && writable &&
+         static_cast<double>(*free) < kNearlyFull * static_cast<double>(*size);
 }
 
 }  // namespace inspect

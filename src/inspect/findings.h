@@ -46,4 +46,11 @@ std::vector<Finding> findGaps(const machine::Description& machine);
 // Remarks and limits, and the damage that shows in the tables only.
 std::vector<Finding> findRemarks(const machine::Description& machine);
 
+// Whether a volume has so little room left that it is a remark. Disk images and discs, which are
+// full by nature, have not.
+bool isNearlyFull(const machine::Row& volume);
+
+// Whether there is a memory module of which the machine says that it does not work.
+bool isBroken(const machine::Row& module);
+
 }  // namespace inspect

@@ -68,29 +68,44 @@ std::optional<Error> addProfile(const Container& file, const Section& section, p
   return std::nullopt;
 }
 
-}  // namespace
-
-Result<Description> describe(const Container& file, platform::Host& host) {
-  const Section* snapshot = firstOf(file, SectionType::Snapshot);
-  const Section* profile = firstOf(file, SectionType::CustomData);
-  if (snapshot == nullptr && profile == nullptr) {
+// What the asset record says.
+Result<Description> describeAsset(const Container& file) {
+  const bool snapshot = firstOf(file, SectionType::Snapshot) != nullptr;
+  if (!snapshot && firstOf(file, SectionType::CustomData) == nullptr) {
     return Error{"holds neither a snapshot nor a profiler's document"};
   }
-  Description machine(snapshot != nullptr ? Source::Snapshot : Source::Debug);
+  Description machine(snapshot ? Source::Snapshot : Source::Debug);
   if (const Section* section = firstOf(file, SectionType::AssetInfo)) {
     const auto asset = document(file, *section);
     if (!asset) return asset.error();
     readAsset(*asset, machine);
   }
-  const auto failure = snapshot != nullptr ? addSnapshot(file, *snapshot, machine)
-                                           : addProfile(file, *profile, host, machine);
+  return machine;
+}
+
+}  // namespace
+
+Result<Description> describe(const Container& file, platform::Host& host) {
+  Result<Description> described = describeAsset(file);
+  if (!described) return described;
+  Description& machine = *described;
+  const bool isSnapshot = machine.source() == Source::Snapshot;
+  const auto failure =
+      isSnapshot ? addSnapshot(file, *firstOf(file, SectionType::Snapshot), machine)
+                 : addProfile(file, *firstOf(file, SectionType::CustomData), host, machine);
   if (failure) return *failure;
   TableData& table = machine[tableAt("machine")];
   table.recorded = true;
   if (table.rows.empty()) table.rows.emplace_back(kTables[tableAt("machine")].columns.size());
-  table.rows.front()[columnAt("machine", "source")] =
-      machine.source() == Source::Snapshot ? "snapshot" : "debug";
-  return machine;
+  table.rows.front()[columnAt("machine", "source")] = isSnapshot ? "snapshot" : "debug";
+  return described;
+}
+
+Result<Description> identify(const Container& file, platform::Host& host) {
+  Result<Description> asset = describeAsset(file);
+  const bool named = !asset || isKnown(asset->machine(columnAt("machine", "serial"))) ||
+                     isKnown(asset->machine(columnAt("machine", "uuid")));
+  return named ? std::move(asset) : describe(file, host);
 }
 
 }  // namespace machine

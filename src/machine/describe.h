@@ -13,4 +13,8 @@ namespace machine {
 // section, and when a section that is needed cannot be read.
 huxread::Result<Description> describe(const huxread::Container& file, platform::Host& host);
 
+// Which machine a file is of and when it was scanned, without reading what it says of it: the table
+// "machine" as the asset record has it. A file whose record names no machine is described whole.
+huxread::Result<Description> identify(const huxread::Container& file, platform::Host& host);
+
 }  // namespace machine

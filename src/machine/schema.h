@@ -18,7 +18,8 @@ enum class Type : std::uint8_t { Text, Integer, Real, Flag };
 // columns with the same mark count together.
 enum class Identity : std::uint8_t { No, First, Second };
 
-// Whether a value changes although nobody changed the machine: free space, times, process numbers.
+// Whether a value changes although nobody changed the machine: free space, times, process numbers,
+// which of its networks it uses.
 enum class Changes : std::uint8_t { No, Yes };
 
 // What a value gives away about a person or a machine, if anything.
@@ -51,6 +52,15 @@ struct Table {
   bool single;  // has one row
   std::string_view meaning;
   std::span<const Column> columns;
+  std::string_view thing;  // what one row is
+};
+
+// Rows that come and go although nobody changed the machine: those whose column has this value, as
+// valueText shows it; all of the table when no column is named.
+struct Passing {
+  std::string_view table;
+  std::string_view column;
+  std::string_view value;
 };
 
 namespace schema {
@@ -102,8 +112,8 @@ inline constexpr Column kMachine[] = {
   {"boot_volume",         Text,    No,     Stays, Secret::FreeText,        "",      "name of the volume that the system started from"},
   {"uptime_seconds",      Integer, No,     Moves, Secret::None,            "s",     "since the machine was started"},
   {"ip_address",          Text,    No,     Moves, Secret::NetworkAddress,  "",      "address of the active connection"},
-  {"static_ip",           Flag,    No,     Stays, Secret::None,            "",      "whether that address was set by hand"},
-  {"mac_address",         Text,    No,     Stays, Secret::HardwareAddress, "",      "hardware address of the active connection: \"F8-4D-89-00-11-22\""},
+  {"static_ip",           Flag,    No,     Moves, Secret::None,            "",      "whether that address was set by hand"},
+  {"mac_address",         Text,    No,     Moves, Secret::HardwareAddress, "",      "hardware address of the active connection: \"F8-4D-89-00-11-22\""},
   {"scanned_at",          Text,    No,     Moves, Secret::None,            "",      "when the machine was scanned: \"2026-11-21T16:22:05+01:00\""},
   {"scan_ms",             Integer, No,     Moves, Secret::None,            "ms",    "how long the scan took, in steps of a second"},
   {"agent_version",       Text,    No,     Moves, Secret::None,            "",      "version of the agent"},
@@ -144,7 +154,7 @@ inline constexpr Column kVolumes[] = {
   {"file_system", Text,    No,     Stays, Secret::None,     "",      "\"APFS\", \"Journaled HFS+\""},
   {"size_bytes",  Integer, No,     Stays, Secret::None,     "bytes", "capacity; APFS volumes of one container share it"},
   {"free_bytes",  Integer, No,     Moves, Secret::None,     "bytes", "free; APFS volumes of one container share it"},
-  {"container",   Text,    No,     Stays, Secret::None,     "",      "what volumes share that have one pool of space: sum space once for each; a key within this file"},
+  {"container",   Text,    No,     Moves, Secret::None,     "",      "what volumes share that have one pool of space: sum space once for each; a key within this file"},
   {"encrypted",   Flag,    No,     Stays, Secret::None,     "",      "whether it is encrypted"},
   {"writable",    Flag,    No,     Stays, Secret::None,     "",      "whether it can be written to"},
   {"internal",    Flag,    No,     Stays, Secret::None,     "",      "whether its disk is built in"},
@@ -196,7 +206,7 @@ inline constexpr Column kDisplays[] = {
   {"refresh_hz",   Real,    No,     Stays, Secret::None,   "Hz",     "refresh rate"},
   {"diagonal_in",  Real,    No,     Stays, Secret::None,   "in",     "diagonal of the picture"},
   {"connection",   Text,    No,     Stays, Secret::None,   "",       "\"Built-in\", \"DisplayPort\", \"AirPlay\""},
-  {"adapter",      Text,    No,     Stays, Secret::None,   "",       "video adapter that drives it"},
+  {"adapter",      Text,    No,     Moves, Secret::None,   "",       "video adapter that drives it"},
 };
 
 inline constexpr Column kVideo[] = {
@@ -235,7 +245,7 @@ inline constexpr Column kSoftware[] = {
   {"is_64bit",     Flag, No,     Stays, Secret::None, "", "whether it runs as 64-bit"},
   {"origin",       Text, No,     Stays, Secret::None, "", "\"apple\", \"app_store\", \"identified_developer\" or \"unknown\""},
   {"signed_by",    Text, No,     Stays, Secret::None, "", "names of the signing certificates with \", \" between them"},
-  {"modified_on",  Text, No,     Stays, Secret::None, "", "day of the last change: \"2024-05-01\""},
+  {"modified_on",  Text, No,     Moves, Secret::None, "", "day of the last change: \"2024-05-01\""},
   {"info",         Text, No,     Stays, Secret::None, "", "what it says about itself"},
 };
 
@@ -319,26 +329,41 @@ inline constexpr Column kDevices[] = {
 }  // namespace schema
 
 inline constexpr Table kTables[] = {
-    {"machine",     true,  "the machine itself",                                    schema::kMachine    },
-    {"memory",      false, "memory modules and slots",                              schema::kMemory     },
-    {"disks",       false, "disks and drives",                                      schema::kDisks      },
-    {"volumes",     false, "volumes that are mounted or tell what is free on them", schema::kVolumes    },
-    {"adapters",    false, "network services",                                      schema::kAdapters   },
-    {"usb",         false, "USB devices",                                           schema::kUsb        },
-    {"displays",    false, "displays",                                              schema::kDisplays   },
-    {"video",       false, "video adapters",                                        schema::kVideo      },
-    {"printers",    false, "printers and scanners",                                 schema::kPrinters   },
-    {"software",    false, "applications",                                          schema::kSoftware   },
-    {"plugins",     false, "internet plug-ins",                                     schema::kPlugins    },
-    {"users",       false, "accounts with a folder in /Users",                      schema::kUsers      },
-    {"processes",   false, "running processes",                                     schema::kProcesses  },
-    {"environment", false, "environment of the process that scanned",               schema::kEnvironment},
-    {"firewall",    false, "settings and rules of the firewall",                    schema::kFirewall   },
-    {"power",       false, "power settings by profile",                             schema::kPower      },
-    {"battery",     false, "batteries",                                             schema::kBattery    },
-    {"devices",     false, "other devices",                                         schema::kDevices    },
+    {"machine",     true,  "the machine itself",                                    schema::kMachine,     "machine"        },
+    {"memory",      false, "memory modules and slots",                              schema::kMemory,      "memory slot"    },
+    {"disks",       false, "disks and drives",                                      schema::kDisks,       "disk"           },
+    {"volumes",     false, "volumes that are mounted or tell what is free on them", schema::kVolumes,
+     "volume"                                                                                                              },
+    {"adapters",    false, "network services",                                      schema::kAdapters,    "network service"},
+    {"usb",         false, "USB devices",                                           schema::kUsb,         "USB device"     },
+    {"displays",    false, "displays",                                              schema::kDisplays,    "display"        },
+    {"video",       false, "video adapters",                                        schema::kVideo,       "video adapter"  },
+    {"printers",    false, "printers and scanners",                                 schema::kPrinters,    "printer"        },
+    {"software",    false, "applications",                                          schema::kSoftware,    "application"    },
+    {"plugins",     false, "internet plug-ins",                                     schema::kPlugins,     "plug-in"        },
+    {"users",       false, "accounts with a folder in /Users",                      schema::kUsers,       "user"           },
+    {"processes",   false, "running processes",                                     schema::kProcesses,   "process"        },
+    {"environment", false, "environment of the process that scanned",               schema::kEnvironment,
+     "variable"                                                                                                            },
+    {"firewall",    false, "settings and rules of the firewall",                    schema::kFirewall,
+     "firewall setting"                                                                                                    },
+    {"power",       false, "power settings by profile",                             schema::kPower,       "power profile"  },
+    {"battery",     false, "batteries",                                             schema::kBattery,     "battery"        },
+    {"devices",     false, "other devices",                                         schema::kDevices,     "device"         },
 };
 inline constexpr std::size_t kTableCount = std::size(kTables);
+
+// Newer systems mount disk images for themselves; displays without a panel are there while somebody
+// shows something on them; headsets are audio devices while they are switched on.
+inline constexpr Passing kPassing[] = {
+    {"volumes",     "disk_model", "Disk Image"  },
+    {"displays",    "virtual",    "true"        },
+    {"processes",   "",           ""            },
+    {"environment", "",           ""            },
+    {"devices",     "connection", "AirPlay"     },
+    {"devices",     "connection", "Bluetooth"   },
+    {"devices",     "connection", "Bluetooth LE"},
+};
 
 // The place of a table or a column. Names that the schema lacks do not compile where the place is a
 // constant; at run time use findTable and findColumn.

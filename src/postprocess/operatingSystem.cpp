@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "collect/osVersion.h"
 #include "postprocess/mapping.h"
@@ -28,7 +29,7 @@ std::string uptimeInterval(const std::string& uptime) {
     if (c == ':') {
       field = std::min(field + 1, std::size(kWeights) - 1);
       place = kWeights[field];
-    } else if (c >= '0' && c <= '9') {
+    } else if (isDigit(c)) {
       seconds = std::min(seconds + (c - '0') * place, kMost);
       place = std::min(place * 10, kMost);
     }

@@ -6,9 +6,8 @@
 
 namespace show {
 
-// How long before `now`, in seconds since 1970-01-01 00:00:00 UTC, a time was ("4 min ago"); the
-// time as tables have it, "2026-11-21T16:22:05+01:00". "" for what is no such time and for the
-// future.
+// How long before `now`, in seconds since 1970-01-01 00:00:00 UTC, a time was ("4 min ago"); ""
+// for what is no time and for the future.
 std::string age(std::string_view time, std::int64_t now);
 
 }  // namespace show

@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <optional>
-#include <unordered_map>
 #include <utility>
-#include <variant>
 #include <vector>
 
-#include "base/formatString.h"
+#include "inspect/findings.h"
 #include "show/age.h"
 #include "show/columns.h"
+#include "show/facts.h"
 #include "show/figures.h"
 #include "show/styledLines.h"
 
@@ -31,31 +29,6 @@ constexpr std::size_t kMostItems = 6;
 constexpr std::size_t kLabel = 10;
 constexpr std::size_t kVolumeName = 18;
 constexpr std::size_t kBar = 12;
-
-// --- Values. A column that the schema lacks does not compile.
-
-consteval std::size_t at(const char* table, const char* column) {
-  return machine::columnAt(table, column);
-}
-
-std::string text(const Value& value) {
-  return onOneLine(machine::textOf(value));
-}
-
-template <typename T>
-std::optional<T> known(const Value& value) {
-  const T* found = std::get_if<T>(&value);
-  return found == nullptr ? std::nullopt : std::optional(*found);
-}
-constexpr auto integer = known<std::int64_t>;
-
-bool isTrue(const Value& value) {
-  return known<bool>(value).value_or(false);
-}
-
-const std::vector<Row>& rowsOf(const Description& machine, std::string_view table) {
-  return machine[machine::tableAt(table)].rows;
-}
 
 // --- Words and lines
 
@@ -120,37 +93,24 @@ void addSection(std::vector<StyledLine>& page, Section section) {
 // --- The parts of the card, from top to bottom
 
 StyledLine title(const Description& machine) {
-  static constexpr std::size_t kNames[] = {at("machine", "name"), at("machine", "local_hostname"),
-                                           at("machine", "netbios_name"),
-                                           at("machine", "model_name"), at("machine", "model_id")};
-  std::string name = "a Mac";
-  for (const std::size_t column : kNames) {
-    if (!isKnown(machine.machine(column))) continue;
-    name = text(machine.machine(column));
-    break;
-  }
   const std::string agent = text(machine.machine(at("machine", "agent_version")));
   const char* kind = machine.source() == machine::Source::Debug ? "debug file" : "snapshot";
   return {
-      {{name, Style::Bold}},
-      { kind + (agent.empty() ? "" : ", agent " + agent),         Style::Dim}
+      {{nameOf(machine), Style::Bold}},
+      { kind + (agent.empty() ? "" : ", agent " + agent),                    Style::Dim}
   };
 }
 
 // The model gives way where the line is too long: the serial number is what people look for.
 StyledLine identity(const Description& machine, std::int64_t now, std::size_t width) {
-  const std::string name = text(machine.machine(at("machine", "model_name")));
-  const std::string id = text(machine.machine(at("machine", "model_id")));
-  const std::string model = name.empty() || id.empty() ? name + id : name + " (" + id + ")";
   const bool isVirtual = isTrue(machine.machine(at("machine", "virtual")));
-  const std::string_view scanned = machine::textOf(machine.machine(at("machine", "scanned_at")));
-  std::string when;
-  if (scanned.size() >= 16) {
-    when = "scanned " + onOneLine(scanned.substr(0, 10)) + " " + onOneLine(scanned.substr(11, 5));
-    when = joined({when, age(scanned, now)});
+  std::string when = scanTime(machine);
+  if (!when.empty()) {
+    const std::string_view scanned = machine::textOf(machine.machine(at("machine", "scanned_at")));
+    when = joined({"scanned " + when, age(scanned, now)});
   }
   const std::string serial = text(machine.machine(at("machine", "serial")));
-  const std::string what = joined({model, isVirtual ? "virtual" : ""});
+  const std::string what = joined({modelText(machine), isVirtual ? "virtual" : ""});
   const std::size_t others = columnsOf(serial) + columnsOf(when) + 4;
   return {
       {{joined({width > others ? cut(what, width - others) : what, serial}, "  ")}},
@@ -158,149 +118,17 @@ StyledLine identity(const Description& machine, std::int64_t now, std::size_t wi
   };
 }
 
-std::string uptime(const std::optional<std::int64_t>& seconds) {
-  constexpr std::int64_t kDay = 86400;
-  if (!seconds || *seconds < kDay) return "";
-  return "up " + count(static_cast<std::size_t>(*seconds / kDay), "day");
-}
-
-std::string systemText(const Description& machine) {
-  const std::string build = text(machine.machine(at("machine", "os_build")));
-  return joined({joined({text(machine.machine(at("machine", "os_name"))),
-                         text(machine.machine(at("machine", "os_version"))),
-                         build.empty() ? "" : "(" + build + ")",
-                         text(machine.machine(at("machine", "os_marketing_name")))},
-                        " "),
-                 text(machine.machine(at("machine", "architecture"))),
-                 uptime(integer(machine.machine(at("machine", "uptime_seconds"))))});
-}
-
-std::string cores(const Description& machine) {
-  const auto many = [&machine](std::size_t column, const char* kind) {
-    const auto cores = integer(machine.machine(column));
-    return cores && *cores > 0 ? std::to_string(*cores) + kind : "";
-  };
-  const std::string kinds = joined({many(at("machine", "super_cores"), " super"),
-                                    many(at("machine", "performance_cores"), " performance"),
-                                    many(at("machine", "efficiency_cores"), " efficiency")},
-                                   " + ");
-  if (!kinds.empty()) return kinds + " cores";
-  const std::string all = many(at("machine", "cores"), " core");
-  return all.empty() || all == "1 core" ? all : all + "s";
-}
-
-std::string chipText(const Description& machine) {
-  const auto packages = integer(machine.machine(at("machine", "packages")));
-  const auto clock = integer(machine.machine(at("machine", "clock_mhz")));
-  const std::string chip = text(machine.machine(at("machine", "chip")));
-  const bool several = packages && *packages > 1 && !chip.empty();
-  return joined(
-      {several ? std::to_string(*packages) + " x " + chip : chip,
-       clock && *clock > 0 ? formatString("%.3g GHz", static_cast<double>(*clock) / 1000) : "",
-       cores(machine)});
-}
-
-std::string memoryText(const Description& machine) {
-  std::string type;
-  bool oneType = true;
-  std::size_t slots = 0;
-  std::size_t used = 0;
-  bool soldered = false;
-  for (const Row& row : rowsOf(machine, "memory")) {
-    const std::string_view own = machine::textOf(row[at("memory", "type")]);
-    if (type.empty()) type = own;
-    oneType = oneType && (own.empty() || own == type);
-    const bool changeable = !isTrue(row[at("memory", "soldered")]);
-    soldered = soldered || !changeable;
-    // An empty slot of a snapshot has no name.
-    if (!changeable || !isKnown(row[at("memory", "used")])) continue;
-    ++slots;
-    used += isTrue(row[at("memory", "used")]) ? 1 : 0;
-  }
-  const std::string total = memorySize(integer(machine.machine(at("machine", "memory_mb"))));
-  return joined(
-      {joined({total, oneType ? onOneLine(type) : ""}, " "), soldered ? "soldered" : "",
-       slots == 0 ? "" : formatString("%zu of ", used) + count(slots, "slot") + " in use"});
-}
-
-// Apple silicon has its graphics in the chip, which has a line.
-std::string graphicsText(const Description& machine) {
-  std::vector<std::string> adapters;
-  for (const Row& row : rowsOf(machine, "video")) {
-    const Value& model = row[at("video", "model")];
-    if (!isKnown(model) || model == machine.machine(at("machine", "chip"))) continue;
-    adapters.push_back(
-        joined({text(model), memorySize(integer(row[at("video", "memory_mb")]))}, " "));
-  }
-  return joined(adapters);
-}
-
 Item display(const Row& row) {
-  const std::string name = text(row[at("displays", "name")]);
-  const auto diagonal = known<double>(row[at("displays", "diagonal_in")]);
-  const auto width = integer(row[at("displays", "width_px")]);
-  const auto height = integer(row[at("displays", "height_px")]);
-  const std::string pixels =
-      width && height ? std::to_string(*width) + " x " + std::to_string(*height) : "";
-  return {{joined({joined({name, diagonal ? formatString("%.3g\"", *diagonal) : ""}, " "), pixels,
-                   isTrue(row[at("displays", "built_in")]) ? "built-in" : "",
-                   isTrue(row[at("displays", "virtual")]) ? "virtual" : ""})}};
+  return {{displayText(row)}};
 }
 
 Item disk(const Row& row) {
-  std::string kind = text(row[at("disks", "kind")]);
-  if (kind == "ssd") kind = "SSD";
-  if (kind == "rotational") kind = "HDD";
-  const auto internal = known<bool>(row[at("disks", "internal")]);
-  const char* place = !internal ? "" : *internal ? "internal" : "external";
-  const Value& model = row[at("disks", "model")];
-  std::vector<Span> spans{
-      {joined({isKnown(model) ? text(model) : "unnamed",
-               joined({size(integer(row[at("disks", "size_bytes")])), kind}, " "), place})}};
-
+  std::vector<Span> spans{{diskText(row)}};
   const std::string_view health = machine::textOf(row[at("disks", "health")]);
   if (health != "verified" && health != "failing") return spans;
   spans.push_back({", "});
   spans.push_back(health == "failing" ? Span{"failing", Style::Bad} : Span{"healthy", Style::Good});
   return spans;
-}
-
-// Volumes of one container share its space: they are one item, named after the one that the system
-// started from, else after the first.
-struct Pool {
-  const Row* volume;
-  std::size_t others = 0;
-};
-
-bool startedFrom(const Row& volume) {
-  return machine::textOf(volume[at("volumes", "mount_point")]) == "/";
-}
-
-bool isImage(const Pool& pool) {
-  return machine::textOf((*pool.volume)[at("volumes", "disk_model")]) == "Disk Image";
-}
-
-// That of the system first; disk images, which newer systems mount for themselves, last.
-std::vector<Pool> pools(const Description& machine) {
-  std::vector<Pool> found;
-  std::unordered_map<std::string_view, std::size_t> byContainer;  // the place in `found`
-  for (const Row& row : rowsOf(machine, "volumes")) {
-    const std::string_view container = machine::textOf(row[at("volumes", "container")]);
-    const auto known = byContainer.find(container);
-    if (known == byContainer.end()) {
-      if (!container.empty()) byContainer.emplace(container, found.size());
-      found.push_back({&row});
-      continue;
-    }
-    Pool& pool = found[known->second];
-    ++pool.others;
-    if (startedFrom(row)) pool.volume = &row;
-  }
-  std::stable_partition(found.begin(), found.end(),
-                        [](const Pool& pool) { return startedFrom(*pool.volume); });
-  std::stable_partition(found.begin(), found.end(),
-                        [](const Pool& pool) { return !isImage(pool); });
-  return found;
 }
 
 std::string repeated(std::string_view text, std::size_t times) {
@@ -311,29 +139,25 @@ std::string repeated(std::string_view text, std::size_t times) {
 
 Item volume(const Pool& pool, bool bars) {
   const Row& row = *pool.volume;
-  const std::string more = pool.others == 0 ? "" : " +" + std::to_string(pool.others);
+  const std::string more = pool.others.empty() ? "" : " +" + std::to_string(pool.others.size());
   const Value& name = row[at("volumes", "name")];
   const std::string called = text(isKnown(name) ? name : row[at("volumes", "mount_point")]);
   std::vector<Span> spans{
       {padded(cut(called, kVolumeName - more.size()) + more, kVolumeName) + " "}};
-  const std::string kind = joined({isTrue(row[at("volumes", "encrypted")]) ? "encrypted" : "",
-                                   text(row[at("volumes", "file_system")])},
-                                  " ");
-  const auto whole = integer(row[at("volumes", "size_bytes")]);
-  const auto free = integer(row[at("volumes", "free_bytes")]);
-  if (!whole || !free || *whole <= 0 || *free < 0 || *free > *whole) {
-    spans.push_back({joined({size(whole), kind})});
+  const std::string kind = poolKind(pool);
+  const auto space = spaceOf(pool);
+  if (!space) {
+    spans.push_back({joined({size(integer(row[at("volumes", "size_bytes")])), kind})});
     return spans;
   }
-  const std::int64_t used = *whole - *free;
-  const double share = static_cast<double>(used) / static_cast<double>(*whole);
-  const Style style = share >= 0.9 ? Style::Bad : Style::Plain;
+  const double share = static_cast<double>(space->used) / static_cast<double>(space->whole);
+  const Style style = inspect::isNearlyFull(row) ? Style::Bad : Style::Plain;
   if (bars) {
     const auto full = static_cast<std::size_t>(std::lround(share * static_cast<double>(kBar)));
     spans.push_back({repeated("█", full), style});
     spans.push_back({repeated("░", kBar - full) + " ", Style::Dim});
   }
-  spans.push_back({sizeOf(used, *whole) + " used", bars ? Style::Plain : style});
+  spans.push_back({sizeOf(space->used, space->whole) + " used", bars ? Style::Plain : style});
   spans.push_back({(kind.empty() ? "" : ", ") + kind});
   return spans;
 }
@@ -347,40 +171,6 @@ Item adapter(const Row& row) {
       {joined({text(row[at("adapters", "interface")]), text(row[at("adapters", "name")])}, " "),
        addresses.empty() ? six : addresses, text(row[at("adapters", "mac_address")])},
       "  ")}};
-}
-
-std::string batteryText(const Description& machine) {
-  if (rowsOf(machine, "battery").empty()) return "";
-  const Row& row = rowsOf(machine, "battery").front();
-  const auto percent = [&row](std::size_t column, const char* what) {
-    const auto part = integer(row[column]);
-    return part ? std::to_string(*part) + " % " + what : "";
-  };
-  const auto cycles = integer(row[at("battery", "cycles")]);
-  return joined({percent(at("battery", "maximum_capacity_pct"), "of its capacity left"),
-                 cycles && *cycles >= 0 ? count(static_cast<std::size_t>(*cycles), "cycle") : "",
-                 text(row[at("battery", "condition")]),
-                 percent(at("battery", "charge_pct"), "charged")});
-}
-
-std::string softwareText(const Description& machine) {
-  const std::vector<Row>& rows = rowsOf(machine, "software");
-  const auto origin = [](const Row& row) { return machine::textOf(row[at("software", "origin")]); };
-  const auto strange = static_cast<std::size_t>(
-      std::ranges::count_if(rows, [&](const Row& row) { return origin(row) == "unknown"; }));
-  return rows.empty()
-             ? ""
-             : joined(
-                   {count(rows.size(), "application"),
-                    strange == 0 ? "" : formatString("%zu not from a known developer", strange)});
-}
-
-std::string attachedText(const Description& machine) {
-  const auto usb = static_cast<std::size_t>(std::ranges::count_if(
-      rowsOf(machine, "usb"), [](const Row& row) { return !isTrue(row[at("usb", "hub")]); }));
-  const std::size_t printers = rowsOf(machine, "printers").size();
-  return joined(
-      {usb == 0 ? "" : count(usb, "USB device"), printers == 0 ? "" : count(printers, "printer")});
 }
 
 std::vector<StyledLine> findingLines(std::span<const std::string> findings, std::string_view file,

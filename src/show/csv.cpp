@@ -27,6 +27,13 @@ std::string cell(const machine::Value& value) {
 
 }  // namespace
 
+std::string csvLine(const machine::Row& row) {
+  std::string line;
+  for (const machine::Value& value : row) line += cell(value) + ",";
+  line.back() = '\n';
+  return line;
+}
+
 std::string csvHeader(const machine::Table& table) {
   std::string line = "file,machine_serial";
   for (const machine::Column& column : table.columns) line += "," + std::string(column.name);

@@ -12,6 +12,9 @@
 
 namespace show {
 
+// A line of values, of which there is one at least.
+std::string csvLine(const machine::Row& row);
+
 // The line of names: "file", "machine_serial" (tables have serial numbers of their own), then the
 // columns of the schema.
 std::string csvHeader(const machine::Table& table);

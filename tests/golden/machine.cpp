@@ -97,33 +97,12 @@ void play(const fs::path& folder, FakeHost& host) {
 }
 
 // Hands over the one file that a folder holds.
-using Take = std::function<void(const huxread::Container& file)>;
-void readFile(const fs::path& folder, const Take& take) {
+void readFile(const fs::path& folder, const TakeFile& take) {
   const auto files = filesOf(folder);
   ASSERT_EQ(files.size(), 1U);
   const auto file = huxread::Container::open(files.begin()->second.string());
   ASSERT_TRUE(file);
   take(*file);
-}
-
-void scan(const Machine& machine, const Take& take) {
-  FakeHost host;
-  const fs::path checkout(PROJECT_FOLDER);
-  if (machine.recording != nullptr) play(checkout / machine.recording, host);
-  play(checkout / "tests/machines" / machine.folder, host);
-  host.name = machine.computerName;
-  host.times = {574416000.2, 574416065.1};  // 2019-03-16 08:00:00 UTC
-
-  const fs::path back = fs::current_path();
-  const fs::path folder = fs::path(testing::TempDir()) / ("golden." + std::to_string(getpid()));
-  fs::create_directory(folder);
-  fs::current_path(folder);
-  testing::internal::CaptureStdout();
-  scanRun(host, RunOptions{1, 0, 0}, false, machine.debug, machine.ipAddress, machine.login);
-  testing::internal::GetCapturedStdout();
-  fs::current_path(back);
-  readFile(folder, take);
-  fs::remove_all(folder);
 }
 
 }  // namespace
@@ -153,6 +132,26 @@ std::string testName(const testing::TestParamInfo<Machine>& info) {
   std::string name = info.param.name;
   std::erase(name, '-');  // no test's name has one
   return name;
+}
+
+void scan(const Machine& machine, const TakeFile& take) {
+  FakeHost host;
+  const fs::path checkout(PROJECT_FOLDER);
+  if (machine.recording != nullptr) play(checkout / machine.recording, host);
+  play(checkout / "tests/machines" / machine.folder, host);
+  host.name = machine.computerName;
+  host.times = {574416000.2, 574416065.1};  // 2019-03-16 08:00:00 UTC
+
+  const fs::path back = fs::current_path();
+  const fs::path folder = fs::path(testing::TempDir()) / ("golden." + std::to_string(getpid()));
+  fs::create_directory(folder);
+  fs::current_path(folder);
+  testing::internal::CaptureStdout();
+  scanRun(host, RunOptions{1, 0, 0}, false, machine.debug, machine.ipAddress, machine.login);
+  testing::internal::GetCapturedStdout();
+  fs::current_path(back);
+  readFile(folder, take);
+  fs::remove_all(folder);
 }
 
 std::string scannedText(const Machine& machine) {

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <ostream>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "huxread/container.h"
 #include "machine/description.h"
 
 // The machines that golden snapshots are kept of, and the options they are scanned with.
@@ -30,9 +32,11 @@ std::vector<Machine> distinctMachines();
 void PrintTo(const Machine& machine, std::ostream* out);
 std::string testName(const testing::TestParamInfo<Machine>& info);
 
-// Scan a machine and read the file back: the text forms of its documents, one after the other, or
-// its tables. Everything that a scan asks is answered from the machine's folders; a scan takes 65
-// seconds. They fail the test when there is not exactly one readable file.
+// Scan a machine and read the file back: the file, the text forms of its documents, one after the
+// other, or its tables. Everything that a scan asks is answered from the machine's folders; a scan
+// takes 65 seconds. They fail the test when there is not exactly one readable file.
+using TakeFile = std::function<void(const huxread::Container& file)>;
+void scan(const Machine& machine, const TakeFile& take);
 std::string scannedText(const Machine& machine);
 machine::Description scannedTables(const Machine& machine);
 

@@ -25,6 +25,13 @@ struct Arguments {
   std::string output;                  // -o; "" for standard output
   std::string shell;                   // "completions"
   std::vector<std::string> ignored;    // --ignore
+  std::optional<std::string> later;    // the second file of "diff" and "report"
+  std::vector<std::string> kept;       // --keep
+  std::string map;                     // --map; "" for none
+  bool all = false;
+  bool json = false;
+  bool quiet = false;
+  bool dryRun = false;
   bool salvage = false;
   bool complete = false;
   bool force = false;
@@ -51,9 +58,9 @@ struct Command {
   const char* name;
   std::span<const Operand> operands;
   std::span<const Option> options;
+  int (*run)(const Arguments& arguments);
   const char* summary;  // one line
   const char* details;  // further lines of its help; may be null
-  int (*run)(const Arguments& arguments);
 };
 
 // All commands in the order of the help. The one named "card" also runs without its name.
@@ -68,5 +75,9 @@ int runCsv(const Arguments& arguments);
 int runGet(const Arguments& arguments);
 int runFind(const Arguments& arguments);
 int runVerify(const Arguments& arguments);
+int runDiff(const Arguments& arguments);
+int runHistory(const Arguments& arguments);
+int runRedact(const Arguments& arguments);
+int runReport(const Arguments& arguments);
 int runRaw(const Arguments& arguments);
 int runCompletions(const Arguments& arguments);

@@ -29,6 +29,7 @@ bool takesFiles(const Command& command) {
 
 // What can stand as the first operand, when that is one of a few words.
 std::string firstWords(const Command& command) {
+  if (command.operands.empty()) return "";
   const auto words = command.operands.front().words;
   if (words == Operand::Words::Shells) return "bash zsh";
   std::string names;

@@ -92,9 +92,13 @@ std::vector<std::string> expandFiles(const std::vector<std::string>& arguments, 
 Result<Container> openFile(const std::string& path) {
   Result<std::string> bytes = readBytes(path);
   if (!bytes) return bytes.error();
-  Result<Container> file = Container::take(*bytes);
+  return openBytes(*bytes);
+}
+
+Result<Container> openBytes(std::string& bytes) {
+  Result<Container> file = Container::take(bytes);
   if (file) return file;
-  const huxread::Salvaged salvaged = huxread::salvage(*bytes);
+  const huxread::Salvaged salvaged = huxread::salvage(bytes);
   if (salvaged.damage == huxread::Salvaged::Damage::Foreign) return file;
   return huxread::Error{salvaged.what};
 }
@@ -112,66 +116,80 @@ Result<machine::Description> describeFile(const std::string& path) {
 
 namespace {
 
-// Hands out files to threads and prints what they made of them in order. At most a few outcomes
-// wait.
+// Hands out numbers to threads and does in order what they made of them. Whoever is ready first
+// does all that is due, while the others go on.
 class Line {
  public:
-  Line(const std::vector<std::string>& files,
-       const std::function<Outcome(const std::string& path)>& work)
-      : files_(files), work_(work) {}
+  Line(std::size_t count, const std::function<std::function<void()>(std::size_t)>& work)
+      : count_(count), work_(work) {}
 
-  int run() {
-    const std::size_t count =
-        std::min<std::size_t>(files_.size(), std::max(1U, std::thread::hardware_concurrency()));
-    ahead_ = 4 * count;
+  void run() {
+    const std::size_t threadCount =
+        std::min<std::size_t>(count_, std::max(1U, std::thread::hardware_concurrency()));
+    ahead_ = 4 * threadCount;
     std::vector<std::thread> threads;
-    for (std::size_t i = 1; i < count; ++i) threads.emplace_back([this] { take(); });
+    for (std::size_t i = 1; i < threadCount; ++i) threads.emplace_back([this] { take(); });
     take();
     for (std::thread& thread : threads) thread.join();
-    return code_;
   }
 
  private:
   void take() {
     std::unique_lock lock(mutex_);
     for (;;) {
-      room_.wait(lock, [this] { return next_ == files_.size() || next_ < printed_ + ahead_; });
-      if (next_ == files_.size()) return;
+      room_.wait(lock, [this] { return next_ == count_ || next_ < done_ + ahead_; });
+      if (next_ == count_) return;
       const std::size_t mine = next_++;
       lock.unlock();
-      Outcome outcome = work_(files_[mine]);
+      std::function<void()> rest = work_(mine);
       lock.lock();
-      waiting_.emplace(mine, std::move(outcome));
-      print();
+      waiting_.emplace(mine, std::move(rest));
+      finish(lock);
+    }
+  }
+
+  void finish(std::unique_lock<std::mutex>& lock) {
+    if (finishing_) return;
+    finishing_ = true;
+    for (auto first = waiting_.find(done_); first != waiting_.end(); first = waiting_.find(done_)) {
+      const std::function<void()> rest = std::move(first->second);
+      waiting_.erase(first);
+      lock.unlock();
+      rest();
+      lock.lock();
+      ++done_;
       room_.notify_all();
     }
+    finishing_ = false;
   }
 
-  void print() {
-    for (auto first = waiting_.find(printed_); first != waiting_.end();
-         first = waiting_.find(printed_)) {
-      printBytes(first->second.output);
-      printErrors(first->second.errors);
-      code_ = std::max(code_, first->second.code);
-      waiting_.erase(first);
-      ++printed_;
-    }
-  }
-
-  const std::vector<std::string>& files_;
-  const std::function<Outcome(const std::string& path)>& work_;
+  const std::size_t count_;
+  const std::function<std::function<void()>(std::size_t)>& work_;
   std::mutex mutex_;
   std::condition_variable room_;
-  std::map<std::size_t, Outcome> waiting_;
+  std::map<std::size_t, std::function<void()>> waiting_;
   std::size_t next_ = 0;
-  std::size_t printed_ = 0;
+  std::size_t done_ = 0;
   std::size_t ahead_ = 0;
-  int code_ = 0;
+  bool finishing_ = false;
 };
 
 }  // namespace
 
+void forEachInOrder(std::size_t count,
+                    const std::function<std::function<void()>(std::size_t)>& work) {
+  if (count > 0) Line(count, work).run();
+}
+
 int forEachFile(const std::vector<std::string>& files,
                 const std::function<Outcome(const std::string& path)>& work) {
-  return Line(files, work).run();
+  int code = kDone;
+  forEachInOrder(files.size(), [&](std::size_t i) -> std::function<void()> {
+    return [outcome = work(files[i]), &code] {
+      outcome.safe ? printOutput(outcome.output) : printBytes(outcome.output);
+      printErrors(outcome.errors);
+      code = std::max(code, outcome.code);
+    };
+  });
+  return code;
 }

@@ -18,17 +18,26 @@ std::vector<std::string> expandFiles(const std::vector<std::string>& arguments, 
 // The file, or standard input for "-". Of one that is damaged or was cut off the error says so.
 huxread::Result<huxread::Container> openFile(const std::string& path);
 
+// The same of its bytes, which are taken or, when it fails, as they were.
+huxread::Result<huxread::Container> openBytes(std::string& bytes);
+
 // Its bytes, whatever they are.
 huxread::Result<std::string> readBytes(const std::string& path);
 
 // Its tables.
 huxread::Result<machine::Description> describeFile(const std::string& path);
 
+// Runs `work` for 0, 1 ... `count` - 1, on all processors when there are many, and what it returns
+// one at a time, in that order. Both run on several threads. At most a few returns wait.
+void forEachInOrder(std::size_t count,
+                    const std::function<std::function<void()>(std::size_t)>& work);
+
 // What a command makes of one file: parts of standard output and standard error, and an exit code.
 struct Outcome {
   std::string output;
   std::string errors;
   int code = 0;
+  bool safe = false;  // the output is fit for a terminal already, and may hold styles
 };
 
 // Runs `work` for every file, on all processors when there are many, and prints what comes out in

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,12 +11,21 @@
 // The terminal that standard output is, if it is one.
 show::Terminal outputTerminal();
 
+// The columns of lines for it: only a person's window has an end.
+std::size_t widthOf(const show::Terminal& terminal);
+
 // Writes to standard output. A failure is kept for finishOutput.
 void printOutput(std::string_view text);
 
 // The same for bytes of a file: on a terminal none of them reaches it as a control character,
 // anywhere else they stay as they are.
 void printBytes(std::string_view bytes);
+
+// Whether somebody still takes it in: false once a write has failed.
+bool outputGoesOn();
+
+// Shows on a terminal what was written until now.
+void flushOutput();
 
 // Writes to standard error what is already a whole message.
 void printErrors(std::string_view text);
@@ -29,7 +39,7 @@ void printMessage(std::string_view file, std::string_view reason);
 // no error.
 int finishOutput(int code);
 
-// Writes a new file that only its owner can read, or replaces what is there when `force`. Returns
-// kDone, or kTrouble after a message; a plain file that could not be written to its end is
-// removed.
+// Writes a new file that only its owner can read; when `force` in the place of what is there, which
+// stays as it was until all is written, and also into a pipe or a device. Returns kDone, or
+// kTrouble after a message; nothing half-written is left.
 int writeFile(const std::string& path, std::string_view content, bool force);

@@ -217,6 +217,12 @@ bool Profile::has(std::string_view dataType) const {
   return items_.find(dataType) != items_.end();
 }
 
+std::vector<std::string> Profile::dataTypes() const {
+  std::vector<std::string> names;
+  for (const auto& [name, items] : items_) names.push_back(name);
+  return names;
+}
+
 void Profile::forEach(std::string_view dataType,
                       const std::function<void(const platform::PropertyList&)>& take) const {
   const auto found = items_.find(dataType);

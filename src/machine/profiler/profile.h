@@ -27,6 +27,9 @@ class Profile {
   // Whether the document holds the data type, with items or without.
   bool has(std::string_view dataType) const;
 
+  // All of them, by name.
+  std::vector<std::string> dataTypes() const;
+
   // Hands over the items of a data type ("_items") one by one, in order, those of several
   // dictionaries of that type one after the other. Those that cannot be parsed, or are no
   // dictionaries, are left out and counted.

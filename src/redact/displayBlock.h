@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace redact {
+
+// Numbers that stand for serial numbers of displays where only a number can stand.
+inline constexpr unsigned kFirstDisplayNumber = 1000;
+
+// Whether the number in a display's block is one; some stand in for a missing one.
+bool statesDisplay(std::uint32_t number);
+
+// An EDID block (VESA E-EDID 1.4) in hexadecimal digits without its serial number: `find` gives
+// what is to stand there for one, above 0. With it the last of these. Nothing when there is none,
+// or when the text is no such block.
+std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
+    std::string_view digits,
+    const std::function<std::optional<unsigned>(const std::string& serial)>& find);
+
+}  // namespace redact

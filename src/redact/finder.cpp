@@ -1,0 +1,366 @@
+#include "redact/finder.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <span>
+#include <unordered_set>
+#include <utility>
+
+#include "base/digits.h"
+#include "base/formatString.h"
+#include "base/text.h"
+#include "inspect/letterCase.h"
+#include "redact/displayBlock.h"
+#include "redact/shapes.h"
+#include "redact/spellings.h"
+
+namespace redact {
+
+namespace {
+
+using Take = std::function<void(const Field& field)>;
+
+void walk(std::string_view text, Form form, const Take& take) {
+  if (form == Form::Document) walkDocument(text, take);
+  if (form == Form::Profile) walkProfile(text, take);
+}
+
+std::string valueOf(std::string_view text, const Field& field, Form form) {
+  const std::string_view value = text.substr(field.begin, field.end - field.begin);
+  return form == Form::Profile ? withoutEntities(value) : std::string(value);
+}
+
+std::optional<Kind> kindAt(const Field& field) {
+  if (field.place == nullptr) return std::nullopt;
+  return kindOf(field.place->table, field.place->secret);
+}
+
+// The number of a display, which tables have in decimal; nothing when it says none.
+std::optional<std::string> displayNumber(std::string_view text) {
+  if (text.starts_with("0x")) text.remove_prefix(2);
+  if (text.empty() || text.size() > 8 ||
+      text.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
+    return std::nullopt;
+  }
+  const unsigned long number = std::strtoul(std::string(text).c_str(), nullptr, 16);
+  return statesDisplay(static_cast<std::uint32_t>(number))
+             ? std::optional(formatString("%lu", number))
+             : std::nullopt;
+}
+
+bool isWholeKind(Kind kind) {
+  return kind == Kind::Arguments || kind == Kind::Environment;
+}
+
+// "Mara Lindgrove (mara)", "jonas jonas@example.com", "mara".
+void addNames(std::string_view text, std::string_view key, Secrets& secrets) {
+  if (text.starts_with('/')) return;  // a home folder, told by its shape
+  const std::size_t bracket = text.rfind(" (");
+  if (text.ends_with(')') && bracket != std::string_view::npos) {
+    const auto person =
+        secrets.add(Kind::User, text.substr(bracket + 2, text.size() - bracket - 3));
+    secrets.add(Kind::User, text.substr(0, bracket), person);
+    return;
+  }
+  const bool several = key == "usr-acc" || text.find('@') != std::string_view::npos;
+  secrets.add(Kind::User, several ? text.substr(0, text.find_first_of(" \r\t")) : text);
+}
+
+void addField(const std::string& value, const Field& field, Kind kind, Secrets& secrets) {
+  if (machine::isDisplayNumber(field.key)) {
+    if (const auto number = displayNumber(value)) secrets.add(Kind::Serial, *number);
+  } else if (kind == Kind::User) {
+    addNames(value, field.key, secrets);
+  } else {
+    secrets.add(kind, value);
+  }
+}
+
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (static_cast<unsigned char>(c) & 0x80) != 0;
+}
+
+// Whether a word goes on from one byte to the next: at `at` in the text, which is in small letters.
+// Typographic signs (U+2000 to U+206F) and no-break blanks end words, as the bytes of an URL's
+// "%20" do.
+bool goesOn(std::string_view text, std::size_t at) {
+  if (at == 0 || at >= text.size()) return false;
+  const char before = text[at - 1];
+  const char after = text[at];
+  if (isDigit(before) && isDigit(after)) return !(at >= 3 && text[at - 3] == '%');
+  if (!isLetter(before) || !isLetter(after)) return false;
+  if (text.substr(at, 2) == "\xE2\x80" || text.substr(at, 2) == "\xC2\xA0") return false;
+  if (at >= 3 && (text.substr(at - 3, 2) == "\xE2\x80" || text[at - 3] == '%')) return false;
+  return !(at >= 2 && text.substr(at - 2, 2) == "\xC2\xA0");
+}
+
+// Whether four numbers of a network address are a part of more.
+bool goesOnAsVersion(std::string_view text, std::size_t begin, std::size_t end, Kind kind) {
+  if (kind != Kind::NetworkAddress) return false;
+  const bool after = end + 1 < text.size() && text[end] == '.' && isDigit(text[end + 1]);
+  return after || (begin > 0 && text[begin - 1] == '.');
+}
+
+std::string cased(std::string_view digits, bool upper) {
+  return upper ? toUpper(digits) : std::string(digits);
+}
+
+// Puts digits in the place of those of an address, in its own spelling.
+std::string spelledAs(std::string_view original, std::string_view digits) {
+  const auto isHex = [](char c) {
+    return std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos;
+  };
+  const auto count = static_cast<std::size_t>(std::ranges::count_if(original, isHex));
+  const bool upper = original.find_first_of("ABCDEF") != std::string_view::npos;
+  const std::string now = cased(digits, upper);
+  std::string spelled;
+  if (count != digits.size()) {  // leading zeros were left out
+    for (std::size_t i = 0; i < now.size(); i += 2)
+      spelled += (i == 0 ? "" : ":") + now.substr(i, 2);
+    return spelled;
+  }
+  std::size_t at = 0;
+  for (const char c : original) spelled += isHex(c) ? now[at++] : c;
+  return spelled;
+}
+
+std::string rendered(const Secret& secret, std::string_view original) {
+  const bool digits = secret.kind == Kind::HardwareAddress || secret.kind == Kind::Uuid;
+  if (digits) return spelledAs(original, secret.token);
+  std::string token = secret.token;
+  // With a blank it is no name on a network, as it was none.
+  if (secret.kind == Kind::Host && original.find(' ') != std::string_view::npos)
+    std::ranges::replace(token, '-', ' ');
+  return token;
+}
+
+// What base64 stands for; what is none is passed over.
+std::string decoded(std::string_view text) {
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string bytes;
+  unsigned held = 0;
+  unsigned bits = 0;
+  for (const char c : text) {
+    const std::size_t digit = kDigits.find(c);
+    if (digit == std::string_view::npos) continue;
+    held = (held << 6 | static_cast<unsigned>(digit)) & 0xFFFF;
+    bits += 6;
+    if (bits < 8) continue;
+    bits -= 8;
+    bytes += static_cast<char>(held >> bits & 0xFF);
+  }
+  return bytes;
+}
+
+using Range = std::pair<std::size_t, std::size_t>;
+
+// Whether a part lies in one of the ranges, which are in order.
+bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
+  const auto after = std::ranges::upper_bound(ranges, begin, {}, &Range::first);
+  return after != ranges.begin() && std::prev(after)->second >= end;
+}
+
+// Where a name stands in its field: the whole of it but what every one begins with.
+Range nameRange(std::string_view text, const Field& field, Kind kind) {
+  const std::string_view value = text.substr(field.begin, field.end - field.begin);
+  const std::string_view name = nameIn(kind, value);
+  const auto from = static_cast<std::size_t>(name.data() - value.data());
+  return {field.begin + from, field.begin + from + name.size()};
+}
+
+// The longest of what begins first; nothing that overlaps it.
+std::vector<Edit> chosen(std::vector<Edit> edits) {
+  std::ranges::stable_sort(edits, [](const Edit& a, const Edit& b) {
+    return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;
+  });
+  std::vector<Edit> kept;
+  for (Edit& edit : edits) {
+    if (kept.empty() || edit.begin >= kept.back().end) kept.push_back(std::move(edit));
+  }
+  return kept;
+}
+
+}  // namespace
+
+std::string shownToken(const Secret& secret) {
+  return rendered(secret, secret.text);
+}
+
+void collect(std::string_view text, Form form, Secrets& secrets) {
+  std::unordered_set<std::string_view> keys;
+  std::vector<Range> plain;  // where four numbers are no version
+  walk(text, form, [&](const Field& field) {
+    if (field.key.find_first_of("_-") != std::string_view::npos && keys.insert(field.key).second) {
+      secrets.addVocabulary(field.key);
+    }
+    if (!machine::statesVersions(field.key) && !machine::statesVersions(field.parent)) {
+      plain.emplace_back(field.begin, field.end);
+    }
+    if (machine::isDisplayBlock(field.key)) {
+      displayBlockWithout(valueOf(text, field, form),
+                          [&](const std::string& serial) -> std::optional<unsigned> {
+                            secrets.add(Kind::Serial, serial);
+                            return std::nullopt;
+                          });
+      return;
+    }
+    const auto kind = kindAt(field);
+    if (kind && !isWholeKind(*kind) && !field.data)
+      addField(valueOf(text, field, form), field, *kind, secrets);
+  });
+  findShapes(text, [&](const Shape& shape) {
+    const bool mayBeVersion = shape.canonical.starts_with("4:");
+    if (mayBeVersion && !liesIn(plain, shape.begin, shape.end)) return;
+    secrets.addCanonical(shape.kind, text.substr(shape.begin, shape.end - shape.begin),
+                         shape.canonical);
+  });
+}
+
+void collectWhole(std::string_view text, Form form, Secrets& secrets) {
+  walk(text, form, [&](const Field& field) {
+    const auto kind = kindAt(field);
+    if (kind && isWholeKind(*kind)) secrets.add(*kind, valueOf(text, field, form));
+  });
+}
+
+std::optional<Finder> Finder::make(const Secrets& secrets) {
+  Finder finder(secrets);
+  for (std::size_t id = 0; id < secrets.size(); ++id) finder.addPatterns(id);
+  for (std::size_t id = 0; id < secrets.size(); ++id) finder.addParts(id);
+  std::vector<Matcher::Text> texts;
+  for (std::size_t i = 0; i < finder.patterns_.size(); ++i)
+    texts.push_back({finder.patterns_[i].text, i});
+  finder.matcher_ = Matcher::make(texts);
+  if (!finder.matcher_) return std::nullopt;
+  return finder;
+}
+
+void Finder::add(std::string text, std::size_t id, bool anywhere, std::size_t skip, bool common) {
+  if (text.empty() || bytes_ > Matcher::kMostNodes) return;  // too many in all
+  bytes_ += text.size();
+  patterns_.push_back({std::move(text), id, skip, common, anywhere});
+}
+
+void Finder::addPatterns(std::size_t id) {
+  const Secret& secret = (*secrets_)[id];
+  const std::string digits = secret.canonical.substr(2);
+  if (secret.kind == Kind::HardwareAddress || secret.kind == Kind::Uuid) {
+    constexpr std::ptrdiff_t kTelling = 5;  // digits that are not 0 do not stand together by chance
+    if (std::ranges::count_if(digits, [](char c) { return c != '0'; }) < kTelling) return;
+    add(digits, id, true);
+    if (digits.size() == 12)
+      add(digits.substr(0, 4) + '.' + digits.substr(4, 4) + '.' + digits.substr(8), id, true);
+    return;
+  }
+  if (secret.kind == Kind::NetworkAddress) {
+    if (!secret.canonical.starts_with("4:")) return;
+    for (const char separator : {'.', '-', '_'}) {
+      std::string text = secret.text;
+      std::ranges::replace(text, '.', separator);
+      add(text, id);
+    }
+    return;
+  }
+  if (secret.kind == Kind::Arguments || (secret.common && secret.kind == Kind::Environment)) return;
+  constexpr std::size_t kLongest = 256;  // bytes; longer texts are looked for at their own places
+  if (secret.text.size() > kLongest) return;
+  for (const std::string& form : spellingsOf(secret.kind, secret.text)) {
+    constexpr std::size_t kTelling = 8;
+    const bool telling = secret.kind == Kind::Serial && form.size() >= kTelling;
+    if (secret.kind == Kind::Volume) add("/volumes/" + form, id, false, 9);
+    if (!secret.common || secret.kind == Kind::User || secret.kind == Kind::Host) {
+      add(form, id, telling && !secret.common, 0, secret.common);
+    }
+  }
+}
+
+void Finder::addParts(std::size_t id) {
+  const Secret& secret = (*secrets_)[id];
+  constexpr std::size_t kLongest = 256;  // bytes
+  if (secret.text.size() > kLongest) return;
+  for (const std::string& part : partsOf(secret.kind, secret.text)) {
+    if (secrets_->isCommonWord(part)) continue;
+    for (const std::string& form : spellingsOf(Kind::User, part)) add(form, id);
+  }
+}
+
+// What is to stand in the place of a display's block or of bytes; nothing when it holds no secret.
+std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) const {
+  const std::string_view value = text.substr(field.begin, field.end - field.begin);
+  if (field.data) {
+    const auto within = find(decoded(value), Form::None);
+    if (within.empty()) return std::nullopt;
+    return Edit{field.begin, field.end, within.front().secret, ""};
+  }
+  auto block =
+      displayBlockWithout(value, [this](const std::string& serial) -> std::optional<unsigned> {
+        const auto id = idOf(canonicalOf(Kind::Serial, serial));
+        return id ? std::optional(static_cast<unsigned>(*id + 1)) : std::nullopt;
+      });
+  if (!block) return std::nullopt;
+  return Edit{field.begin, field.end, block->second - 1, std::move(block->first)};
+}
+
+// The same of a text that is a secret from its begin to its end.
+std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field, Kind kind,
+                                      Form form) const {
+  std::string plain = valueOf(text, field, form);
+  const bool number = machine::isDisplayNumber(field.key);
+  plain = number ? displayNumber(plain).value_or("") : std::string(nameIn(kind, plain));
+  const auto id = plain.empty() ? std::nullopt : idOf(canonicalOf(kind, plain));
+  if (!id) return std::nullopt;
+  const Range name = nameRange(text, field, kind);
+  return Edit{name.first, name.second, *id,
+              number ? formatString("%zx", kFirstDisplayNumber + 1 + *id)
+                     : rendered((*secrets_)[*id], plain)};
+}
+
+// The secret of that form; nothing when there is none, or when it is one that is kept.
+std::optional<std::size_t> Finder::idOf(const std::optional<std::string>& canonical) const {
+  const auto id = canonical ? secrets_->find(*canonical) : std::nullopt;
+  return id && !secrets_->keeps((*secrets_)[*id].kind) ? id : std::nullopt;
+}
+
+std::vector<Edit> Finder::find(std::string_view text, Form form) const {
+  std::vector<Edit> edits;
+  std::vector<Range> whole;   // replaced as they are
+  std::vector<Range> places;  // where common words count
+  walk(text, form, [&](const Field& field) {
+    std::optional<Edit> edit;
+    const auto kind = kindAt(field);
+    if (machine::isDisplayBlock(field.key) || field.data) {
+      edit = dataEdit(text, field);
+      if (!edit) whole.emplace_back(field.begin, field.end);
+    } else if (kind == Kind::User || kind == Kind::Host) {
+      places.emplace_back(field.begin, field.end);
+    } else if (kind && !secrets_->keeps(*kind)) {
+      edit = wholeEdit(text, field, *kind, form);
+    }
+    if (!edit) return;
+    whole.emplace_back(edit->begin, edit->end);
+    edits.push_back(std::move(*edit));
+  });
+  const auto give = [&](std::size_t begin, std::size_t end, std::size_t id) {
+    const auto next = std::ranges::lower_bound(whole, end, {}, &Range::first);
+    const bool taken = next != whole.begin() && std::prev(next)->second > begin;
+    if (taken || secrets_->keeps((*secrets_)[id].kind)) return;
+    edits.push_back({begin, end, id, rendered((*secrets_)[id], text.substr(begin, end - begin))});
+  };
+  const std::string folded = inspect::foldCase(text);
+  matcher_->find(folded, [&](std::size_t begin, std::size_t end, std::size_t at) {
+    const Pattern& pattern = patterns_[at];
+    if (!pattern.anywhere && (goesOn(folded, begin) || goesOn(folded, end))) return;
+    if (goesOnAsVersion(folded, begin, end, (*secrets_)[pattern.secret].kind)) return;
+    if (pattern.common && !liesIn(places, begin, end)) return;
+    give(begin + pattern.skip, end, pattern.secret);
+  });
+  findShapes(text, [&](const Shape& shape) {
+    if (const auto id = idOf(shape.canonical)) give(shape.begin, shape.end, *id);
+  });
+  return chosen(std::move(edits));
+}
+
+}  // namespace redact

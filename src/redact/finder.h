@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "redact/matcher.h"
+#include "redact/secrets.h"
+#include "redact/walk.h"
+
+namespace redact {
+
+// A part of a text and what is to stand there.
+struct Edit {
+  std::size_t begin;
+  std::size_t end;
+  std::size_t secret;
+  std::string text;
+};
+
+// What stands for the secret as it was first found.
+std::string shownToken(const Secret& secret);
+
+// What a document is, for its walk; None of a text that is neither.
+enum class Form { None, Document, Profile };
+
+// Adds what is a secret by its place or by its shape.
+void collect(std::string_view text, Form form, Secrets& secrets);
+
+// The same for whole command lines and variables, which may be a secret of another kind: a user's
+// name.
+void collectWhole(std::string_view text, Form form, Secrets& secrets);
+
+// Finds secrets in texts in every spelling.
+class Finder {
+ public:
+  // Empty when there are more secrets than can be looked for. `secrets` must stay.
+  static std::optional<Finder> make(const Secrets& secrets);
+
+  // In order, none within another.
+  std::vector<Edit> find(std::string_view text, Form form) const;
+
+ private:
+  struct Pattern {
+    std::string text;
+    std::size_t secret;
+    std::size_t skip;  // bytes at its begin that stay
+    bool common;       // counts at places of its own kind only
+    bool anywhere;     // also within words
+  };
+
+  explicit Finder(const Secrets& secrets) : secrets_(&secrets) {}
+  std::optional<Edit> dataEdit(std::string_view text, const Field& field) const;
+  std::optional<Edit> wholeEdit(std::string_view text, const Field& field, Kind kind,
+                                Form form) const;
+  std::optional<std::size_t> idOf(const std::optional<std::string>& canonical) const;
+  void addPatterns(std::size_t id);
+  void addParts(std::size_t id);
+  void add(std::string text, std::size_t id, bool anywhere = false, std::size_t skip = 0,
+           bool common = false);
+
+  const Secrets* secrets_;
+  std::vector<Pattern> patterns_;
+  std::size_t bytes_ = 0;  // of them all
+  std::optional<Matcher> matcher_;
+};
+
+}  // namespace redact

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "machine/schema.h"
+
+namespace redact {
+
+// The kinds of secrets, as a person names them, in the order of kindNames.
+enum class Kind : std::uint8_t {
+  Serial,
+  HardwareAddress,
+  NetworkAddress,
+  Uuid,
+  User,  // names of people and of their home folders, addresses of their mail
+  Host,  // names of machines and domains
+  Volume,
+  Network,  // names of network services and of Wi-Fi networks
+  Printer,
+  Device,
+  Arguments,  // whole command lines of processes
+  Environment,
+};
+
+struct KindName {
+  std::string_view name;  // "hardware-address"
+  std::string_view
+      token;  // what stands before the number of its tokens: "SERIAL"; "" for addresses
+};
+
+std::span<const KindName> kindNames();
+std::string_view nameOf(Kind kind);
+std::optional<Kind> findKind(std::string_view name);
+
+// What a secret of that table is; nothing of one that is none. A path that may lie in a home folder
+// gives away a user.
+std::optional<Kind> kindOf(std::string_view table, machine::Secret secret);
+
+}  // namespace redact

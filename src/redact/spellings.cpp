@@ -1,0 +1,310 @@
+#include "redact/spellings.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <iterator>
+#include <set>
+
+#include "base/digits.h"
+#include "base/formatString.h"
+#include "inspect/letterCase.h"
+
+namespace redact {
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+bool isAlnum(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+}
+
+std::string replaced(std::string text, std::string_view before, std::string_view after) {
+  for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at)) {
+    text.replace(at, before.size(), after);
+    at += after.size();
+  }
+  return text;
+}
+
+// Small letters with an accent: composed, and the letter that the accent (U+0300 and on) follows.
+constexpr struct {
+  std::string_view composed;
+  std::string_view decomposed;
+} kAccents[] = {
+    {"à", "a\xCC\x80"},
+    {"á", "a\xCC\x81"},
+    {"â", "a\xCC\x82"},
+    {"ã", "a\xCC\x83"},
+    {"ä", "a\xCC\x88"},
+    {"å", "a\xCC\x8A"},
+    {"ç", "c\xCC\xA7"},
+    {"è", "e\xCC\x80"},
+    {"é", "e\xCC\x81"},
+    {"ê", "e\xCC\x82"},
+    {"ë", "e\xCC\x88"},
+    {"ì", "i\xCC\x80"},
+    {"í", "i\xCC\x81"},
+    {"î", "i\xCC\x82"},
+    {"ï", "i\xCC\x88"},
+    {"ñ", "n\xCC\x83"},
+    {"ò", "o\xCC\x80"},
+    {"ó", "o\xCC\x81"},
+    {"ô", "o\xCC\x82"},
+    {"õ", "o\xCC\x83"},
+    {"ö", "o\xCC\x88"},
+    {"ù", "u\xCC\x80"},
+    {"ú", "u\xCC\x81"},
+    {"û", "u\xCC\x82"},
+    {"ü", "u\xCC\x88"},
+    {"ý", "y\xCC\x81"},
+    {"ÿ", "y\xCC\x88"},
+    {"ă", "a\xCC\x86"},
+    {"ą", "a\xCC\xA8"},
+    {"ć", "c\xCC\x81"},
+    {"č", "c\xCC\x8C"},
+    {"ď", "d\xCC\x8C"},
+    {"ę", "e\xCC\xA8"},
+    {"ě", "e\xCC\x8C"},
+    {"ğ", "g\xCC\x86"},
+    {"ľ", "l\xCC\x8C"},
+    {"ń", "n\xCC\x81"},
+    {"ň", "n\xCC\x8C"},
+    {"ő", "o\xCC\x8B"},
+    {"ř", "r\xCC\x8C"},
+    {"ś", "s\xCC\x81"},
+    {"ş", "s\xCC\xA7"},
+    {"š", "s\xCC\x8C"},
+    {"ť", "t\xCC\x8C"},
+    {"ů", "u\xCC\x8A"},
+    {"ű", "u\xCC\x8B"},
+    {"ź", "z\xCC\x81"},
+    {"ż", "z\xCC\x87"},
+    {"ž", "z\xCC\x8C"},
+};
+constexpr std::string_view kApostrophes[] = {
+    "'",       "\xE2\x80\x99", "\xE2\x80\x98", "&apos;",    "&#39;", "&#x27;",
+    "&#8217;", "&#x2019;",     "%27",          "%e2%80%99", "",      "-"};
+constexpr std::string_view kBlanks[] = {" ", "%20", "-", "_", "", "+", ".", "\xC2\xA0", "\\ "};
+
+std::string composed(std::string text) {
+  for (const auto& accent : kAccents)
+    text = replaced(std::move(text), accent.decomposed, accent.composed);
+  return text;
+}
+
+// The forms that differ in their accents.
+Texts accentForms(const std::string& text) {
+  std::string decomposed = text;
+  std::string plain = text;
+  for (const auto& accent : kAccents) {
+    decomposed = replaced(std::move(decomposed), accent.composed, accent.decomposed);
+    plain = replaced(std::move(plain), accent.composed, accent.decomposed.substr(0, 1));
+  }
+  if (decomposed == text) return {text};
+  return {text, decomposed, plain};
+}
+
+std::string percentEncoded(std::string_view text) {
+  std::string encoded;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    encoded += byte >= 0x80 ? formatString("%%%02x", byte) : std::string(1, c);
+  }
+  return encoded;
+}
+
+// As the network names a machine: what is neither letter nor digit becomes "-" or goes.
+std::string labelOf(std::string_view text, bool dashes) {
+  std::string label;
+  for (const char c : text) {
+    if (isAlnum(c)) {
+      label += c;
+    } else if (dashes && !label.empty() && label.back() != '-') {
+      label += '-';
+    }
+  }
+  while (label.ends_with('-')) label.pop_back();
+  return label;
+}
+
+// "mara's macbook pro" as "maras-macbook-pro": what the Mac makes of its name.
+std::string localName(std::string text) {
+  for (const std::string_view apostrophe : {"'", "\xE2\x80\x99"})
+    text = replaced(std::move(text), apostrophe, "");
+  return labelOf(text, true);
+}
+
+void addForms(const std::string& text, std::set<std::string>& forms) {
+  const std::string straight = replaced(text, "\xE2\x80\x99", "'");
+  for (const std::string_view apostrophe : kApostrophes) {
+    if (apostrophe != "'" && straight.find('\'') == std::string::npos) break;
+    const std::string quoted = replaced(straight, "'", apostrophe);
+    for (const std::string_view blank : kBlanks) {
+      if (blank != " " && straight.find(' ') == std::string::npos) break;
+      const std::string form = replaced(quoted, " ", blank);
+      forms.insert(form);
+      forms.insert(percentEncoded(form));
+    }
+  }
+  // As XML has it; the apostrophe in its other forms is above.
+  std::string escaped = replaced(text, "&", "&amp;");
+  escaped = replaced(replaced(replaced(escaped, "<", "&lt;"), ">", "&gt;"), "\"", "&quot;");
+  forms.insert(escaped);
+  forms.insert(replaced(text, "&", "%26"));
+}
+
+Texts serialForms(const std::string& text) {
+  constexpr std::size_t kTelling = 8;  // characters that do not stand together by chance
+  std::set<std::string> forms;
+  addForms(text, forms);
+  const std::string bare = labelOf(text, false);
+  if (bare.size() >= kTelling) forms.insert(bare);
+  const bool isNumber =
+      text.find_first_not_of("0123456789") == std::string::npos && text.size() <= 10;
+  if (isNumber && text.size() + 1 >= kTelling) {
+    const unsigned long long number = std::strtoull(text.c_str(), nullptr, 10);
+    if (number <= UINT32_MAX) forms.insert(formatString("%08llx", number));
+  }
+  return {forms.begin(), forms.end()};
+}
+
+}  // namespace
+
+std::vector<std::string> wordsOf(std::string_view text) {
+  std::string folded = composed(inspect::foldCase(text));
+  for (const std::string_view apostrophe : {"\xE2\x80\x99", "\xE2\x80\x98"}) {
+    folded = replaced(std::move(folded), apostrophe, "'");
+  }
+  Texts words;
+  bool owned = false;  // what follows an apostrophe
+  for (std::size_t at = 0; at < folded.size();) {
+    std::size_t end = at;
+    while (end < folded.size() && (isAlnum(folded[end]) || (folded[end] & 0x80) != 0)) ++end;
+    if (end > at && !(owned && end - at < 3)) words.push_back(folded.substr(at, end - at));
+    owned = end < folded.size() && folded[end] == '\'' && end > at;
+    at = end + 1;
+  }
+  return words;
+}
+
+std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
+  const std::string folded = composed(inspect::foldCase(text));
+  if (kind == Kind::Serial) return serialForms(folded);
+  std::set<std::string> forms;
+  for (const std::string& form : accentForms(folded)) addForms(form, forms);
+  if (kind == Kind::Host) {
+    constexpr std::size_t kNetBios = 15;  // characters of such a name
+    for (const std::string& form : accentForms(folded)) {
+      for (const std::string& label :
+           {localName(form), labelOf(form, true), labelOf(form, false)}) {
+        if (label.size() < 3) continue;
+        forms.insert(label);
+        if (label.size() > kNetBios) forms.insert(label.substr(0, kNetBios));
+      }
+    }
+  }
+  return {forms.begin(), forms.end()};
+}
+
+std::vector<std::string> partsOf(Kind kind, std::string_view text) {
+  Texts parts;
+  if (kind != Kind::User && kind != Kind::Host) return parts;
+  const Texts words = wordsOf(text);
+  if (words.size() < 2) return parts;
+  for (const std::string& word : words) {
+    const bool number = std::ranges::any_of(word, isDigit);
+    if (word.size() >= 3 && !number) parts.push_back(word);
+  }
+  if (kind == Kind::User) parts.push_back(words.front().substr(0, 1) + words.back());
+  return parts;
+}
+
+namespace {
+
+// Numbers, and what the system calls devices: "disk1s2", "en0".
+bool isNumbered(std::string_view word) {
+  for (const std::string_view device : {"disk", "en", "bridge", "ppp"}) {
+    if (word.starts_with(device)) word.remove_prefix(device.size());
+  }
+  return !word.empty() && word.front() != 's' &&
+         word.find_first_not_of("0123456789s") == std::string_view::npos;
+}
+
+}  // namespace
+
+bool isSystemsWord(std::string_view word) {
+  // In small letters and sorted.
+  constexpr std::string_view kWords[] = {
+      "adapter",   "air",        "airport",     "analog",   "apple",     "audio",      "auto",
+      "automatic", "base",       "bluetooth",   "bootcamp", "bridge",    "built",      "camera",
+      "card",      "data",       "dev",         "device",   "digital",   "display",    "dun",
+      "efi",       "en",         "ethernet",    "external", "facetime",  "fi",         "file",
+      "firewire",  "hardware",   "hd",          "hdmi",     "headphone", "headphones", "home",
+      "hosts",     "imac",       "in",          "input",    "internal",  "internet",   "ipad",
+      "iphone",    "iscpreboot", "lan",         "line",     "local",     "mac",        "macbook",
+      "macintosh", "map",        "microphone",  "mini",     "modem",     "name",       "net",
+      "no",        "output",     "pan",         "port",     "preboot",   "private",    "pro",
+      "reader",    "recovery",   "serial",      "sharing",  "slot",      "speaker",    "speakers",
+      "studio",    "system",     "thunderbolt", "transfer", "untitled",  "update",     "usb",
+      "var",       "vm",         "volumes",     "wi",       "xarts"};
+  static_assert(std::ranges::is_sorted(kWords));
+  return std::ranges::binary_search(kWords, word) || isNumbered(word);
+}
+
+bool isOrdinaryWord(std::string_view word) {
+  constexpr std::string_view kWords[] = {"account",     "admin",        "administrator",
+                                         "airplay",     "airpods",      "and",
+                                         "application", "applications", "archive",
+                                         "backup",      "backups",      "battery",
+                                         "boot",        "box",          "bsd",
+                                         "bt",          "bus",          "cd",
+                                         "chat",        "co",           "color",
+                                         "com",         "com1",         "company",
+                                         "computer",    "controller",   "corp",
+                                         "default",     "demo",         "desk",
+                                         "desktop",     "developer",    "disk",
+                                         "documents",   "drive",        "dvd",
+                                         "edu",         "en0",          "eth",
+                                         "example",     "express",      "family",
+                                         "finder",      "fire",         "for",
+                                         "fritz",       "fritzbox",     "from",
+                                         "gateway",     "generic",      "gigabit",
+                                         "gov",         "group",        "guest",
+                                         "hard",        "headset",      "host",
+                                         "i7",          "install",      "installer",
+                                         "int",         "intel",        "intranet",
+                                         "invalid",     "ios",          "ipod",
+                                         "keyboard",    "laptop",       "lcd",
+                                         "library",     "localdomain",  "localhost",
+                                         "macmini",     "macos",        "macpro",
+                                         "magic",       "mail",         "main",
+                                         "max",         "media",        "memory",
+                                         "mic",         "mobile",       "monitor",
+                                         "mouse",       "music",        "network",
+                                         "new",         "none",         "notebook",
+                                         "of",          "office",       "old",
+                                         "org",         "os",           "osx",
+                                         "pc",          "photos",       "pictures",
+                                         "ppp",         "printer",      "public",
+                                         "remote",      "retina",       "root",
+                                         "router",      "runner",       "scan",
+                                         "scanner",     "scratch",      "sd",
+                                         "server",      "service",      "shared",
+                                         "software",    "sound",        "ssd",
+                                         "staff",       "startup",      "storage",
+                                         "support",     "temp",         "test",
+                                         "testing",     "the",          "time",
+                                         "tm",          "trackpad",     "ultra",
+                                         "unknown",     "user",         "users",
+                                         "utm",         "virtual",      "vmware",
+                                         "volume",      "vpn",          "wifi",
+                                         "windows",     "wireless",     "with",
+                                         "wlan",        "work",         "workgroup",
+                                         "www"};
+  static_assert(std::ranges::is_sorted(kWords));
+  return std::ranges::binary_search(kWords, word) || isSystemsWord(word);
+}
+
+}  // namespace redact

@@ -1,0 +1,173 @@
+#include "redact/redact.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "base/text.h"
+#include "golden/machine.h"
+#include "huxread/check.h"
+#include "machine/describe.h"
+#include "support/fakeHost.h"
+
+// Every machine without its secrets: looked for in another way than the product does.
+
+namespace {
+
+using huxread::Container;
+using machine::Description;
+using machine::Secret;
+
+std::string replaced(std::string text, const std::string& before, const std::string& after) {
+  for (std::size_t at = 0; (at = text.find(before, at)) != std::string::npos; at += after.size()) {
+    text.replace(at, before.size(), after);
+  }
+  return text;
+}
+
+// One spelling of all: small letters, straight apostrophes, no separators.
+std::string squeezed(const std::string& text) {
+  std::string plain = replaced(replaced(toLower(text), "\xE2\x80\x99", "'"), "&apos;", "'");
+  std::erase_if(plain,
+                [](char c) { return std::string_view(":.- _").find(c) != std::string_view::npos; });
+  return plain;
+}
+
+std::string textsOf(const Container& file) {
+  std::string texts = file.headerText();
+  for (const huxread::Section& section : file.sections()) texts += *file.text(section.number);
+  return texts;
+}
+
+std::vector<std::string> itemsOf(std::string_view value, Secret secret) {
+  if (secret != Secret::NetworkAddress) return {std::string(value)};
+  std::vector<std::string> items;
+  for (std::size_t at = 0; at < value.size();) {
+    const std::size_t end = std::min(value.find(", ", at), value.size());
+    items.emplace_back(value.substr(at, end - at));
+    at = end + 2;
+  }
+  return items;
+}
+
+// Whether the value stands there as a word; a long one also within others.
+bool holds(const std::string& texts, const std::string& value) {
+  const auto isWord = [&](std::size_t at) {
+    return at < texts.size() && std::isalnum(static_cast<unsigned char>(texts[at])) != 0;
+  };
+  for (std::size_t at = texts.find(value); at != std::string::npos;
+       at = texts.find(value, at + 1)) {
+    if (value.size() >= 12 || (!isWord(at - 1) && !isWord(at + value.size()))) return true;
+  }
+  return false;
+}
+
+class Check {
+ public:
+  Check(const Container& before, const Description& machine, const Container& after,
+        const redact::Redacted& result)
+      : machine_(machine), texts_(toLower(textsOf(after))), squeezed_(squeezed(texts_)) {
+    FakeHost host;
+    auto described = machine::describe(after, host);
+    EXPECT_TRUE(described);
+    if (described) now_ = std::move(*described);
+    for (const auto& word : result.common) told_.insert(squeezed(word));
+    for (const auto& word : result.everybodys) told_.insert(squeezed(word));
+    EXPECT_EQ(huxread::check(after).size(), huxread::check(before).size());
+    EXPECT_EQ(after.sections().size(), before.sections().size());
+    for (std::size_t i = 0; i < after.sections().size(); ++i) {
+      EXPECT_EQ(after.sections()[i].type, before.sections()[i].type);
+      EXPECT_EQ(after.sections()[i].timestamp, before.sections()[i].timestamp);
+    }
+  }
+
+  void tables() {
+    for (std::size_t t = 0; t < machine::kTableCount; ++t) {
+      const auto& rows = machine_[t].rows;
+      ASSERT_EQ(now_[t].rows.size(), rows.size()) << machine::kTables[t].name;
+      for (std::size_t r = 0; r < rows.size(); ++r) {
+        for (std::size_t c = 0; c < rows[r].size(); ++c) {
+          value(machine::kTables[t], machine::kTables[t].columns[c], rows[r][c],
+                now_[t].rows[r][c]);
+        }
+      }
+    }
+  }
+
+ private:
+  void value(const machine::Table& table, const machine::Column& column,
+             const machine::Value& before, const machine::Value& after) {
+    const std::string name = std::string(table.name) + "." + std::string(column.name);
+    const std::string text(machine::textOf(before));
+    EXPECT_EQ(after.index(), before.index()) << name << " " << text;
+    if (text.empty()) {
+      EXPECT_EQ(after, before) << name;  // numbers and flags
+    }
+    if (column.secret == Secret::None || text.empty()) return;
+    const bool whole = column.secret == Secret::Whole;  // also words that stand anywhere
+    if (whole) {
+      EXPECT_NE(after, before) << name << " " << text;
+    }
+    for (const std::string& item : itemsOf(text, column.secret)) {
+      const std::string home = column.secret == Secret::Home ? homeIn(item) : item;
+      const std::string volume = replaced(home, "/Volumes/", "");
+      if (whole || home.empty() || told_.contains(squeezed(home)) ||
+          told_.contains(squeezed(volume)))
+        continue;
+      EXPECT_NE(after, before) << name << " " << text;
+      if (home.size() < 5) continue;  // can stand anywhere by chance
+      EXPECT_FALSE(holds(texts_, toLower(home))) << name << " " << home;
+      if (squeezed(home).size() >= 10) {
+        EXPECT_EQ(squeezed_.find(squeezed(home)), std::string::npos) << name << " " << home;
+      }
+    }
+  }
+
+  static std::string homeIn(const std::string& path) {
+    if (!path.starts_with("/Users/") || path.starts_with("/Users/Shared") || path == "/Users/Guest")
+      return "";
+    return path.substr(0, path.find('/', 7));
+  }
+
+  const Description& machine_;
+  Description now_{machine::Source::Snapshot};
+  std::string texts_;
+  std::string squeezed_;
+  std::set<std::string> told_;
+};
+
+std::vector<Machine> everyFile() {
+  std::vector<Machine> all;
+  for (Machine machine : distinctMachines()) {
+    for (const bool debug : {false, true}) {
+      machine.debug = debug;
+      all.push_back(machine);
+    }
+  }
+  return all;
+}
+
+class RedactedMachine : public testing::TestWithParam<Machine> {};
+
+}  // namespace
+
+TEST_P(RedactedMachine, HoldsNoSecretAndIsOtherwiseTheSame) {
+  scan(GetParam(), [](const Container& file) {
+    FakeHost host;
+    const auto machine = machine::describe(file, host);
+    const auto result = redact::redact(file, host, {}, "");
+    ASSERT_TRUE(machine && result);
+    EXPECT_TRUE(result->left.empty());
+    const auto after = Container::parse(result->file);
+    ASSERT_TRUE(after) << after.error().message;
+    Check(file, *machine, *after, *result).tables();
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(Machines, RedactedMachine, testing::ValuesIn(everyFile()),
+                         [](const auto& machine) {
+                           return testName(machine) + (machine.param.debug ? "Debug" : "");
+                         });

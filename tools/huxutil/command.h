@@ -28,8 +28,12 @@ struct Arguments {
   std::optional<std::string> later;    // the second file of "diff" and "report"
   std::vector<std::string> kept;       // --keep
   std::string map;                     // --map; "" for none
+  std::optional<std::string> query;    // "sql"
+  std::string database;                // --db; "" for none
+  std::string engine;                  // --to
   bool all = false;
   bool json = false;
+  bool csv = false;
   bool quiet = false;
   bool dryRun = false;
   bool salvage = false;
@@ -79,5 +83,9 @@ int runDiff(const Arguments& arguments);
 int runHistory(const Arguments& arguments);
 int runRedact(const Arguments& arguments);
 int runReport(const Arguments& arguments);
+int runSql(const Arguments& arguments);
+int runLoad(const Arguments& arguments);
+int loadToClickHouse(const Arguments& arguments);  // "load --to clickhouse"
+int runFleet(const Arguments& arguments);
 int runRaw(const Arguments& arguments);
 int runCompletions(const Arguments& arguments);

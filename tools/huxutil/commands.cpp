@@ -42,6 +42,8 @@ constexpr Operand kDiff[] = {
     {"B", "the later file",   &Arguments::later, Words::Files},
 };
 constexpr Option kJson = {"--json", nullptr, "as JSON", &Arguments::json};
+constexpr Option kCsvOutput = {"--csv", nullptr, "as comma-separated values", &Arguments::csv};
+constexpr Option kDatabase = {"--db", "FILE", "the database of the fleet", &Arguments::database};
 constexpr Option kDiffOptions[] = {
     {"--all",    nullptr,          "also what changes by itself: free space, processes", &Arguments::all    },
     kJson,
@@ -62,6 +64,19 @@ constexpr Operand kReport[] = {
       Words::Files},
 };
 constexpr Option kPageOptions[] = {kOutput, kForce};
+constexpr Operand kSql[] = {
+    {"[QUERY]",                             "a query in the SQL of SQLite", &Arguments::query},
+    { "[FILE...]", "snapshot files and folders of them",              &Arguments::files,      Words::Files},
+};
+constexpr Option kSqlOptions[] = {kDatabase, kCsvOutput, kJson};
+constexpr Operand kLoad[] = {
+    {"[FILE...]", kFiles.help, &Arguments::files, Words::Files},
+};
+constexpr Option kLoadOptions[] = {
+    kDatabase,
+    {"--to", "ENGINE", "print what \"clickhouse\" takes in instead", &Arguments::engine},
+};
+constexpr Option kFleetOptions[] = {kDatabase, kOutput, kForce};
 constexpr Option kRawOptions[] = {kOutput, kForce};
 constexpr Operand kShell[] = {
     {"SHELL", "bash or zsh", &Arguments::shell, Words::Shells},
@@ -110,6 +125,18 @@ constexpr Command kCommands[] = {
   {"report", kReport, kPageOptions, runReport,
    "a machine, or what changed on it, as one page of HTML",
    "For a ticket, a browser or a printer: it loads nothing and runs nothing."},
+  {"load", kLoad, kLoadOptions, runLoad,
+   "how many files were new to the database of a fleet, and takes them in",
+   "What is there already, by its content, is passed over; damaged files are named and left\n"
+   "out, and end with 1. A load that was stopped can be run again."},
+  {"sql", kSql, kSqlOptions, runSql,
+   "the answer to a query about files or a fleet",
+   "Tables as in docs/tables.md, software_now and so on of each machine's latest scan only,\n"
+   "scans, findings, and entries: every entry of every document by path. Without a query it\n"
+   "reads statements from standard input, on a terminal at a prompt. It only reads."},
+  {"fleet", {}, kFleetOptions, runFleet,
+   "a fleet as one page of HTML",
+   "What load took in, each machine by its latest scan. A database without scans ends with 1."},
   {"raw", kOneFile, kRawOptions, runRaw,
    "the profiler's document of a debug file",
    "The Mac's System Information opens it under a name that ends in .spx."},

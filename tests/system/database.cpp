@@ -1,0 +1,181 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "huxread/handmade.h"
+#include "support/demoMac.h"
+#include "support/shell.h"
+#include "support/workingFolder.h"
+
+// huxutil load, sql and fleet from outside.
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Matcher;
+using testing::StartsWith;
+
+namespace {
+
+const std::string kHuxutil = "'" HUXUTIL "' ";
+
+void write(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// A machine with that serial number and an application, scanned on that day of May 2026.
+void writeSnapshot(const std::string& path, const std::string& serial, const std::string& version,
+                   const std::string& day = "01") {
+  const std::string documents[] = {
+      "\xEF\xBB\xBF?keva\n+AssetInfo=\nserial-number=" + serial + "\nlast-scan=202605" + day +
+          "080000.000000+000\n-\n",
+      "\xEF\xBB\xBF?keva\n+Snapshot=\nkind=mac\n+Software=\n*Soft:Safari=Safari\nversion=" +
+          version + "\n~unit=x\n-\n+OS=all\n*os=\nname=macOS\n-\n-\n"};
+  std::string data;
+  std::string header = "[H]\ncount=2\nsnapshotcount=1\n";
+  for (std::size_t i = 0; i < 2; ++i) {
+    const std::string section = blob(documents[i]);
+    header += "[" + std::to_string(i) + "]\noffset=" + std::to_string(data.size()) +
+              "\nlength=" + std::to_string(section.size()) +
+              (i == 0 ? "\ntype=assetinfo\n" : "\ntype=snapshot\ntimestamp=20260501\n");
+    data += section;
+  }
+  write(path, huxFile(data, header));
+}
+
+class FleetDatabase : public WorkingFolder {
+ protected:
+  static void expect(const std::string& arguments, int exitCode, const Matcher<std::string>& output,
+                     const Matcher<std::string>& errors = "") {
+    const Outcome seen = outcome(kHuxutil + arguments);
+    EXPECT_EQ(seen.exitCode, exitCode) << arguments;
+    EXPECT_THAT(seen.output, output) << arguments;
+    EXPECT_THAT(seen.errors, errors) << arguments;
+  }
+};
+
+}  // namespace
+
+TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
+  std::filesystem::create_directory("macs");
+  writeSnapshot("macs/a.hux", "A", "15");
+  writeSnapshot("macs/b.hux", "B", "16");
+  std::filesystem::copy("macs/b.hux", "macs/copy.hux");
+  const std::string whole = fileText("macs/a.hux");
+  write("macs/cut.hux", whole.substr(0, whole.size() / 2));
+  expect("load macs nowhere.hux --db f.db", 1, "5 files: 2 new, 1 known already, 2 left out\n",
+         AllOf(HasSubstr("huxutil: macs/cut.hux: cut "), HasSubstr("nowhere.hux: No such file")));
+  expect("load macs/a.hux --db f.db", 0, "1 file: 0 new, 1 known already, 0 left out\n");
+  struct stat status {};
+  stat("f.db", &status);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  const std::string safari = "'SELECT serial, version FROM software WHERE name = \"Safari\"' ";
+  expect("sql --db f.db " + safari, 0, "serial  version\nA       15\nB       16\n");
+  expect("sql --csv " + safari + "macs", 1, "serial,version\nA,15\nB,16\n", HasSubstr("cut.hux"));
+  expect("sql --json --db f.db " + safari, 0,
+         "[\n{\"serial\":\"A\",\"version\":\"15\"},\n{\"serial\":\"B\",\"version\":\"16\"}\n]\n");
+  expect(
+      "sql --db f.db --csv \"SELECT path, value FROM entries_now WHERE serial = 'A'"
+      " AND document = 'snapshot'\"",
+      0,
+      "path,value\n/kind,mac\n/Software/Soft:Safari/,Safari\n/Software/Soft:Safari/version,15\n"
+      "/Software/Soft:Safari/version~unit,x\n/OS/,all\n/OS/os/name,macOS\n");
+  write("statements", "SELECT 1 AS one;\n-- nothing\nSELECT 2 AS two\n");
+  expect("sql --db f.db <statements", 0, "one\n  1\ntwo\n  2\n");
+
+  write("text.db",
+        "no database, and longer than the header of one, which takes a hundred bytes: "
+        "so that it is not taken for an empty one");
+  expect("load macs --db text.db", 2, "", "huxutil: text.db: file is not a database\n");
+  expect("sql --db nowhere.db 'SELECT 1'", 2, "", HasSubstr("No such file"));
+  expect("load macs", 2, "", HasSubstr("where to?"));
+  expect("sql 'SELECT 1'", 2, "", HasSubstr("of what?"));
+}
+
+TEST_F(FleetDatabase, AQueryCanOnlyRead) {
+  writeSnapshot("a.hux", "A", "15");
+  expect("load a.hux --db f.db", 0, testing::_);
+  const std::string before = fileText("f.db");
+  constexpr const char* kRefused[] = {"DELETE FROM _scans",
+                                      "DROP VIEW software",
+                                      "CREATE TABLE t (a)",
+                                      "CREATE TEMP TABLE t (a)",
+                                      "UPDATE _scans SET file = 1",
+                                      "ATTACH 'x.db' AS x",
+                                      "VACUUM",
+                                      "VACUUM INTO 'x.db'",
+                                      "PRAGMA journal_mode = WAL",
+                                      "PRAGMA query_only = 0",
+                                      "PRAGMA writable_schema = 1",
+                                      "SELECT load_extension('x')",
+                                      "CREATE VIRTUAL TABLE x USING fts4(a)",
+                                      "ANALYZE",
+                                      "REINDEX",
+                                      "BEGIN; DELETE FROM _scans; COMMIT"};
+  for (const char* query : kRefused) {
+    for (const char* source : {"--db f.db ", ""}) {
+      expect("sql " + std::string(source) + "\"" + query + "\"" + (*source == '\0' ? " a.hux" : ""),
+             2, "", StartsWith("huxutil: sql: "));
+    }
+  }
+  EXPECT_EQ(fileText("f.db"), before);
+  EXPECT_FALSE(std::filesystem::exists("x.db"));
+  expect("sql --db f.db 'SELECT * FORM software'", 2, "",
+         "huxutil: sql: near \"FORM\": syntax error, at character 10\n");
+  expect("sql --db f.db \"SELECT '\xC3\xA9', nane FROM software\"", 2, "",
+         "huxutil: sql: no such column: nane, at character 13\n");
+}
+
+// The same rows as csv has, so that no column is mixed up on the way.
+TEST_F(FleetDatabase, HasTheTablesOfTheFile) {
+  writeScript("bin/ps", "");
+  outcome(kMac + kAgent + "-silent && mv *.hux mac.hux");
+  for (const std::string table : {"adapters", "users", "processes", "environment", "firewall"}) {
+    const std::string csv = outcome(kHuxutil + "csv " + table + " mac.hux").output;
+    const std::string names = csv.substr(0, csv.find('\n'));
+    expect("sql --csv 'SELECT " + names + " FROM " + table + "' mac.hux", 0, csv);
+  }
+}
+
+// Each machine by its latest scan, and what it says as text.
+TEST_F(FleetDatabase, IsDrawnOnOnePage) {
+  writeSnapshot("old.hux", "A", "15");
+  writeSnapshot("new.hux", "A", "16", "03");
+  writeSnapshot("b.hux", "B", "16");
+  writeSnapshot("c.hux", "<script>", "<b>&");
+  expect("load old.hux new.hux b.hux c.hux --db f.db", 0, testing::_);
+  expect(
+      "fleet --db f.db", 0,
+      AllOf(HasSubstr("<h1>A fleet of 3 machines</h1>"), HasSubstr("<b>4</b>"),
+            HasSubstr("<b>2026-05-03</b>"),
+            HasSubstr("Safari <small>16 on 2, &lt;b&gt;&amp; on 1<"),
+            HasSubstr("<h3>The hardware is missing</h3>"), HasSubstr("3 machines \xC2\xB7 100 %"),
+            HasSubstr("<small>&lt;script&gt;</small>"), testing::Not(HasSubstr("<script"))));
+  expect("fleet --db f.db -o page.html", 0, "");
+  expect("fleet --db f.db -o page.html", 2, "", HasSubstr("page.html: "));
+  expect("load nowhere.hux --db empty.db", 1, testing::_, testing::_);
+  expect("fleet --db empty.db", 1, "", "huxutil: empty.db: holds no scans; load takes them in\n");
+  expect("fleet --db b.hux", 2, "", "huxutil: b.hux: file is not a database\n");
+  expect("fleet", 2, "", HasSubstr("--db FILE"));
+}
+
+TEST_F(FleetDatabase, AKilledLoadLosesAndDoublesNothing) {
+  std::filesystem::create_directory("macs");
+  constexpr int kFiles = 300;
+  for (int i = 0; i < kFiles; ++i) {
+    const std::string number = std::to_string(i);
+    writeSnapshot("macs/" + number + ".hux", number, std::to_string(i % 3));
+  }
+  for (const char* seconds : {"0.005", "0.02", "0.05", "0.1", "0.2"}) {
+    outcome("timeout -s KILL " + std::string(seconds) + " " + kHuxutil + "load macs --db f.db");
+  }
+  expect("load macs --db f.db", 0, StartsWith("300 files: "));
+  expect(
+      "sql --db f.db --csv 'SELECT count(*), count(DISTINCT serial) FROM software_now;"
+      " SELECT count(*) FROM _software_rows; SELECT count(*) FROM scans'",
+      0, "count(*),count(DISTINCT serial)\n300,300\ncount(*)\n3\ncount(*)\n300\n");
+}

@@ -1,0 +1,261 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <optional>
+
+#include "base/formatString.h"
+#include "command.h"
+#include "files.h"
+#include "fleet/query.h"
+#include "fleet/tables.h"
+#include "output.h"
+#include "show/csv.h"
+#include "show/grid.h"
+#include "show/json.h"
+#include "takeIn.h"
+
+using fleet::Database;
+using fleet::Statement;
+using machine::Row;
+using Step = Statement::Step;
+
+namespace {
+
+const Database* interruptible = nullptr;  // whose query Ctrl-C ends
+volatile std::sig_atomic_t interrupted = 0;
+
+void interrupt(int /*signal*/) {
+  interrupted = 1;
+  interruptible->interrupt();
+}
+
+// Ctrl-C ends a query or the line that is typed, not the program.
+void catchInterrupts(const Database& database) {
+  interruptible = &database;
+  struct sigaction action {};
+  action.sa_handler = interrupt;
+  sigaction(SIGINT, &action, nullptr);  // what reads a line returns
+}
+
+std::vector<std::string> namesOf(const Statement& query) {
+  std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(query.columnCount()));
+  for (int i = 0; i < query.columnCount(); ++i) names.push_back(query.columnName(i));
+  return names;
+}
+
+Row rowOf(const Statement& query) {
+  Row row;
+  for (int i = 0; i < query.columnCount(); ++i) row.push_back(query.value(i));
+  return row;
+}
+
+Step printCsv(Statement& query) {
+  const std::vector<std::string> names = namesOf(query);
+  printOutput(show::csvLine(Row(names.begin(), names.end())));
+  Step step = query.step();
+  for (; step == Step::Row && outputGoesOn(); step = query.step()) {
+    printOutput(show::csvLine(rowOf(query)));
+  }
+  return step;
+}
+
+// Objects have no two values of one name: "serial", "serial_2".
+std::vector<std::string> differentNames(std::vector<std::string> names) {
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    const std::string name = names[i];
+    const auto before = names.begin() + static_cast<std::ptrdiff_t>(i);
+    for (unsigned number = 2; std::find(names.begin(), before, names[i]) != before; ++number) {
+      names[i] = formatString("%s_%u", name.c_str(), number);
+    }
+  }
+  return names;
+}
+
+Step printJson(Statement& query) {
+  const std::vector<std::string> names = differentNames(namesOf(query));
+  const char* separator = "[\n";
+  Step step = query.step();
+  for (; step == Step::Row && outputGoesOn(); step = query.step()) {
+    printOutput(separator + show::jsonObject(names, rowOf(query)));
+    separator = ",\n";
+  }
+  if (step == Step::Failed) return step;
+  printOutput(*separator == '[' ? "[]\n" : "\n]\n");
+  return step;
+}
+
+Step printGrid(Statement& query) {
+  constexpr std::size_t kSample = 1000;  // rows that decide how wide columns are
+  std::vector<Row> sample;
+  Step step = query.step();
+  for (; step == Step::Row && sample.size() < kSample; step = query.step()) {
+    sample.push_back(rowOf(query));
+  }
+  if (step == Step::Failed) return step;
+  const show::Terminal terminal = outputTerminal();
+  const auto width = static_cast<std::size_t>(terminal.terminal ? terminal.width : 0);
+  const show::Grid grid(namesOf(query), sample, width);
+  printOutput(grid.header());
+  for (const Row& row : sample) printOutput(grid.row(row));
+  for (; step == Step::Row && outputGoesOn(); step = query.step()) {
+    printOutput(grid.row(rowOf(query)));
+  }
+  return step;
+}
+
+class Session {
+ public:
+  Session(Database& database, const Arguments& arguments)
+      : database_(database),
+        print_(arguments.csv    ? printCsv
+               : arguments.json ? printJson
+                                : printGrid) {}
+
+  // Statements with ";" between them, up to the first one that fails.
+  int run(std::string_view sql) {
+    interrupted = 0;
+    for (;;) {
+      sql.remove_prefix(std::min(sql.find_first_not_of(" \t\r\n;"), sql.size()));
+      if (sql.empty()) return kDone;
+      std::size_t end = 0;
+      auto query = compileQuery(database_, sql, end);
+      if (!query) return fail(query.error().message);
+      if (*query && !print(*query)) return fail(database_.problem());
+      sql.remove_prefix(end);
+    }
+  }
+
+  // Reads and answers until the end of standard input or ".quit".
+  int prompt() {
+    printOutput("SQL of SQLite, statements end with \";\"; .tables, .schema TABLE, .quit\n");
+    std::string text;
+    for (;;) {
+      const std::optional<std::string> line = ask(text.empty() ? "sql> " : "...> ");
+      if (interrupted != 0) {
+        text.clear();
+        printOutput("\n");
+      } else if (!line) {
+        printOutput("\n");
+        return kDone;
+      } else if (text.empty() && line->starts_with('.')) {
+        if (*line == ".quit") return kDone;
+        runDot(*line);
+      } else {
+        text += *line + "\n";
+        if (!fleet::isComplete(text)) continue;
+        run(text);
+        text.clear();
+      }
+    }
+  }
+
+ private:
+  bool print(Statement& query) {
+    const Step step = query.columnCount() == 0 ? query.step() : print_(query);
+    return step != Step::Failed;
+  }
+
+  static int fail(const std::string& problem) {
+    printMessage("sql", problem);
+    return kTrouble;
+  }
+
+  // A line without its end; nothing at the end of the input or when interrupted.
+  static std::optional<std::string> ask(const char* prompt) {
+    printOutput(prompt);
+    flushOutput();
+    interrupted = 0;
+    std::string line;
+    for (;;) {
+      const int c = std::getc(stdin);
+      if (c == '\n') return line;
+      if (c == EOF) break;
+      line += static_cast<char>(c);
+    }
+    std::clearerr(stdin);
+    if (interrupted != 0 || line.empty()) return std::nullopt;
+    return line;
+  }
+
+  void runDot(const std::string& line) {
+    constexpr std::string_view kSchema = ".schema ";
+    if (line == ".tables") {
+      for (const std::string& name : fleet::publicNames()) printOutput(name + "\n");
+    } else if (line.starts_with(kSchema)) {
+      describe(line.substr(kSchema.size()));
+    } else {
+      fail(line + ": there are .tables, .schema TABLE and .quit");
+    }
+  }
+
+  // The columns of a table, with what the schema says of them.
+  void describe(std::string name) {
+    const std::vector<std::string> names = fleet::publicNames();
+    if (std::ranges::find(names, name) == names.end()) {
+      fail(name + ": there is no such table; see .tables");
+      return;
+    }
+    auto query = database_.prepare("PRAGMA table_info(" + name + ")");
+    if (name.ends_with("_now")) name.resize(name.size() - 4);
+    const machine::Table* table = machine::findTable(name);
+    std::vector<Row> rows;
+    while (query && query->step() == Step::Row) {
+      const std::string column(query->text(1));
+      const machine::Column* known = table == nullptr ? nullptr : findColumn(*table, column);
+      rows.push_back({column, std::string(query->text(2)),
+                      std::string(known == nullptr ? "" : known->meaning)});
+    }
+    const show::Grid grid({"column", "type", "meaning"}, rows,
+                          static_cast<std::size_t>(outputTerminal().width));
+    for (const Row& row : rows) printOutput(grid.row(row));
+  }
+
+  Database& database_;
+  Step (*print_)(Statement&);
+};
+
+int answer(Database& database, const Arguments& arguments) {
+  catchInterrupts(database);
+  Session session(database, arguments);
+  if (arguments.query) return session.run(*arguments.query);
+  if (isatty(STDIN_FILENO) != 0 && outputTerminal().terminal) return session.prompt();
+  const auto text = readBytes("-");
+  return session.run(text ? std::string_view(*text) : "");
+}
+
+int answerFromFiles(const Arguments& arguments) {
+  int code = kDone;
+  const std::vector<std::string> files = expandFiles(arguments.files, code);
+  auto store = fleet::Store::open("");
+  if (!store) {
+    printMessage("sql", store.error().message);
+    return kTrouble;
+  }
+  const Taken taken = takeIn(files, *store);
+  if (taken.leftOut > 0) code = std::max(code, kNo);
+  if (store->problem() || !fleet::restrictToReading(store->database())) {
+    printMessage("sql", store->database().problem());
+    return kTrouble;
+  }
+  return std::max(code, answer(store->database(), arguments));
+}
+
+}  // namespace
+
+int runSql(const Arguments& arguments) {
+  if (arguments.database.empty() == arguments.files.empty()) {
+    printMessage("sql", "of what? a query and files, or --db FILE alone, which load fills");
+    return kTrouble;
+  }
+  if (arguments.database.empty()) return answerFromFiles(arguments);
+  auto database = fleet::openForReading(arguments.database);
+  if (!database) {
+    printMessage(arguments.database, database.error().message);
+    return kTrouble;
+  }
+  return answer(*database, arguments);
+}

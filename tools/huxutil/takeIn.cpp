@@ -1,0 +1,129 @@
+#include "takeIn.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "base/formatString.h"
+#include "files.h"
+#include "output.h"
+#include "platform/host.h"
+
+using fleet::Scan;
+using fleet::Store;
+using huxread::Result;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// One line on the terminal that standard error is, drawn anew some times a second.
+class Progress {
+ public:
+  explicit Progress(std::size_t total) : total_(total) {}
+  ~Progress() { clear(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void show(std::size_t done) {
+    constexpr std::chrono::milliseconds kPause(200);
+    const Clock::time_point now = Clock::now();
+    if (!terminal_ || now - drawn_ < kPause) return;
+    drawn_ = now;
+    const double seconds = std::chrono::duration<double>(now - began_).count();
+    const double rate = static_cast<double>(done) / seconds;
+    const double left = static_cast<double>(total_ - done) / rate;
+    printErrors(formatString("\r\33[K%zu of %zu files, %.0f a second, %.0f s left", done, total_,
+                             rate, left));
+    shown_ = true;
+  }
+
+  void clear() {
+    if (shown_) printErrors("\r\33[K");
+    shown_ = false;
+  }
+
+ private:
+  std::size_t total_;
+  bool terminal_ = isatty(STDERR_FILENO) != 0;
+  bool shown_ = false;
+  Clock::time_point began_ = Clock::now();
+  Clock::time_point drawn_ = began_;
+};
+
+class Taking {
+ public:
+  Taking(const std::vector<std::string>& files, Store& store)
+      : files_(files), store_(store), progress_(files.size()) {}
+
+  Taken run() {
+    forEachInOrder(files_.size(), [this](std::size_t i) { return read(files_[i]); });
+    store_.finish();
+    return taken_;
+  }
+
+ private:
+  // What needs no database; what comes back does.
+  std::function<void()> read(const std::string& path) {
+    if (stopped_) return [] {};
+    auto bytes = readBytes(path);
+    if (!bytes) return [this, path, error = bytes.error()] { leaveOut(path, error); };
+    const fleet::Digest digest = fleet::digestOf(*bytes);
+    if (store_.mayKnow(digest)) {
+      return [this, path, digest, content = std::move(*bytes)] {
+        if (store_.knows(digest, content)) {
+          ++taken_.known;
+          advance();
+        } else {
+          prepare(path, content)();
+        }
+      };
+    }
+    return prepare(path, std::move(*bytes));
+  }
+
+  std::function<void()> prepare(const std::string& path, std::string bytes) {
+    auto scan = scanOf(path, std::move(bytes));
+    if (!scan) return [this, path, error = scan.error()] { leaveOut(path, error); };
+    const auto prepared = std::make_shared<Store::Prepared>(store_.prepare(std::move(*scan)));
+    return [this, prepared] {
+      const bool added = store_.add(*prepared);
+      stopped_ = store_.problem().has_value();
+      if (!stopped_) ++(added ? taken_.added : taken_.known);
+      advance();
+    };
+  }
+
+  void leaveOut(const std::string& path, const huxread::Error& error) {
+    progress_.clear();
+    printMessage(path, error.message);
+    ++taken_.leftOut;
+    advance();
+  }
+
+  void advance() { progress_.show(++done_); }
+
+  const std::vector<std::string>& files_;
+  Store& store_;
+  Progress progress_;
+  Taken taken_;
+  std::size_t done_ = 0;
+  std::atomic<bool> stopped_ = false;
+};
+
+}  // namespace
+
+Result<Scan> scanOf(const std::string& path, std::string bytes) {
+  std::string content = bytes;
+  const auto file = openBytes(content);
+  if (!file) return file.error();
+  const auto host = platform::makeHost();
+  return fleet::readScan(path, std::move(bytes), *file, *host);
+}
+
+Taken takeIn(const std::vector<std::string>& files, Store& store) {
+  return Taking(files, store).run();
+}

@@ -19,7 +19,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto list =
-      platform::readPropertyList(std::string_view(reinterpret_cast<const char*>(data), size));
+      platform::readPropertyList(std::string(reinterpret_cast<const char*>(data), size));
   if (!list) return 0;
   platform::PortableHost host;
   kevaDoc document(true, "Macintosh");

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
+#include <utility>
 
 #include "base/formatString.h"
 #include "collect/dates.h"
@@ -48,131 +50,154 @@ TagValue numberValue(const PropertyList::Number& number, Level level) {
   return TagValue();
 }
 
-// One more component of a path, for as long as this object lives.
-class Below {
+// A place in the document. Its tags are made when the first value is set below it: arrays and
+// dictionaries without content leave no trace.
+class Place {
  public:
-  Below(std::string& path, std::string_view name) : path_(path), length_(path.size()) {
-    path_ += '/';
-    path_ += name;
+  // Where `path` leads, which is to be continued by "/" and a name.
+  Place(kevaDoc& document, std::string path)
+      : document_(&document),
+        length_(path.size()),
+        depth_(std::ranges::count(path, '/')),
+        name_(std::move(path)) {}
+
+  // The parent must outlive this object, and is not changed otherwise meanwhile.
+  Place(Place& parent, std::string name)
+      : parent_(&parent),
+        length_(parent.length_ + 1 + name.size()),
+        depth_(parent.depth_ + 1),
+        name_(std::move(name)) {}
+
+  // As the attribute that the path names.
+  void set(TagValue value) {
+    constexpr auto kMaxDepth = static_cast<std::ptrdiff_t>(Tag::kMaxPathDepth);
+    if (length_ > Tag::kMaxPathLength || depth_ > kMaxDepth) return;
+    if (Tag* tag = parent_->tag()) tag->setAttribute(name_, std::move(value));
   }
-  Below(const Below&) = delete;
-  Below& operator=(const Below&) = delete;
-  ~Below() { path_.resize(length_); }
 
  private:
-  std::string& path_;
+  // As Tag::setPath walks a path; null where it ends.
+  Tag* tag() {
+    if (tag_ != nullptr) return tag_;
+    if (parent_ == nullptr) {
+      std::string_view rest;
+      return tag_ = document_->holder().walkPath(name_ + "/", rest);
+    }
+    Tag* above = parent_->tag();
+    if (above == nullptr) return nullptr;
+    return tag_ = name_.empty() ? above->childAt(0) : above->child(name_);
+  }
+
+  kevaDoc* document_ = nullptr;  // of a place without a parent, whose name is a path
+  Place* parent_ = nullptr;
+  Tag* tag_ = nullptr;  // null until it is known
   std::size_t length_;
+  std::ptrdiff_t depth_;
+  std::string name_;
 };
 
-// Walks a property list with one path that grows and shrinks as it goes.
 class Converter {
  public:
-  Converter(platform::Host& host, kevaDoc& document, std::string path)
-      : host_(host), document_(document), path_(std::move(path)) {}
+  explicit Converter(platform::Host& host) : host_(host) {}
 
-  void dataType(const PropertyList::Dictionary& dictionary) {
+  void dataType(PropertyList::Dictionary& dictionary, Place& place) const {
     constexpr std::array<std::string_view, 3> kSkipped = {"_dataType", "_detailLevel",
                                                           "_properties"};
-    for (const auto& [key, value] : dictionary) {
+    for (auto& [key, value] : dictionary) {
       if (std::ranges::find(kSkipped, key) != kSkipped.end()) continue;
-      const Below below(path_, sanitizeKey(key));
-      convert(value, Level::Top);
+      Place below(place, sanitizeKey(key));
+      convert(std::move(value), below, Level::Top);
     }
   }
 
-  void dictionary(const PropertyList::Dictionary& dictionary) {
-    for (const auto& [key, value] : dictionary) {
-      const Below below(path_, sanitizeKey(key));
+  void dictionary(PropertyList::Dictionary& dictionary, Place& place) const {
+    for (auto& [key, value] : dictionary) {
+      Place below(place, sanitizeKey(key));
       const bool rules = key == "spfirewall_applications" || key == "spfirewall_services";
       if (rules && value.dictionary() != nullptr) {
-        namedValues(*value.dictionary());
+        namedValues(*value.dictionary(), below);
       } else {
-        convert(value, Level::Nested);
+        convert(std::move(value), below, Level::Nested);
       }
     }
   }
 
-  void array(const PropertyList::Array& array) {
+  void array(PropertyList::Array& array, Place& place) const {
     for (std::size_t i = 0; i < array.size(); ++i) {
-      const Below below(path_, "item" + std::to_string(i));
-      convert(array[i], Level::Nested);
+      Place item(place, "item" + std::to_string(i));
+      convert(std::move(array[i]), item, Level::Nested);
     }
   }
 
-  void namedValues(const PropertyList::Dictionary& dictionary) {
+  void namedValues(PropertyList::Dictionary& dictionary, Place& place) const {
     std::size_t position = 0;
-    for (const auto& [key, value] : dictionary) {
-      const Below item(path_, "item" + std::to_string(position++));
+    for (auto& [key, value] : dictionary) {
+      Place item(place, "item" + std::to_string(position++));
       if (value.text() == nullptr) continue;
-      set("_name", key);
-      set("value", *value.text());
+      Place(item, "_name").set(TagValue(std::move(key)));
+      Place(item, "value").set(TagValue(std::move(*value.text())));
     }
   }
 
  private:
-  void set(std::string_view name, const std::string& text) {
-    const Below below(path_, name);
-    document_.set(path_, TagValue(text));
-  }
-
-  void convert(const PropertyList& value, Level level) {
-    if (value.dictionary() != nullptr) {
-      dictionary(*value.dictionary());
+  void convert(PropertyList value, Place& place, Level level) const {
+    if (value.text() != nullptr) {
+      place.set(TagValue(std::move(*value.text())));
+    } else if (value.dictionary() != nullptr) {
+      dictionary(*value.dictionary(), place);
     } else if (value.array() != nullptr) {
-      array(*value.array());
-    } else if (value.text() != nullptr) {
-      document_.set(path_, TagValue(*value.text()));
+      array(*value.array(), place);
     } else if (value.date() != nullptr) {
-      document_.set(path_, TagValue(formatDate(host_, value.date()->seconds, TimestampForm::Long)));
+      place.set(TagValue(formatDate(host_, value.date()->seconds, TimestampForm::Long)));
     } else if (value.number() != nullptr) {
-      const TagValue number = numberValue(*value.number(), level);
-      if (number.kind() != TagValue::Kind::None) document_.set(path_, number);
+      TagValue number = numberValue(*value.number(), level);
+      if (number.kind() != TagValue::Kind::None) place.set(std::move(number));
     }
   }
 
   platform::Host& host_;
-  kevaDoc& document_;
-  std::string path_;
 };
 
 }  // namespace
 
-void convertProfile(platform::Host& host, const PropertyList& root, kevaDoc& document) {
+void convertProfile(platform::Host& host, PropertyList root, kevaDoc& document) {
   if (root.array() == nullptr) return;
-  for (const PropertyList& element : *root.array()) {
+  for (PropertyList& element : *root.array()) {
     const PropertyList* dataType = element.find("_dataType");
     if (dataType == nullptr || dataType->text() == nullptr) continue;
     if (*dataType->text() == "SPLogsDataType" || *dataType->text() == "SPFontsDataType") continue;
-    const std::string path = formatString("/%s", normalizedText(*dataType->text()).c_str());
-    Converter(host, document, path).dataType(*element.dictionary());
+    Place place(document, "/" + normalizedText(*dataType->text()));
+    Converter(host).dataType(*element.dictionary(), place);
   }
 }
 
-void convertDictionary(platform::Host& host, const PropertyList::Dictionary& dictionary,
+void convertDictionary(platform::Host& host, PropertyList::Dictionary dictionary,
                        const std::string& path, kevaDoc& document) {
-  Converter(host, document, path).dictionary(dictionary);
+  Place place(document, path);
+  Converter(host).dictionary(dictionary, place);
 }
 
-void convertArray(platform::Host& host, const PropertyList::Array& array, const std::string& path,
+void convertArray(platform::Host& host, PropertyList::Array array, const std::string& path,
                   kevaDoc& document) {
-  Converter(host, document, path).array(array);
+  Place place(document, path);
+  Converter(host).array(array, place);
 }
 
-void convertNamedValues(platform::Host& host, const PropertyList::Dictionary& dictionary,
+void convertNamedValues(platform::Host& host, PropertyList::Dictionary dictionary,
                         const std::string& path, kevaDoc& document) {
-  Converter(host, document, path).namedValues(dictionary);
+  Place place(document, path);
+  Converter(host).namedValues(dictionary, place);
 }
 
 std::string sanitizeKey(std::string_view key) {
-  constexpr std::string_view kReplaced[] = {
-      "'", " ", "/", ",", "\xE2\x80\x98", "\xE2\x80\x99", "\xE2\x80\x9B"};
-  std::string sanitized;
-  while (!key.empty()) {
-    const auto mark = std::ranges::find_if(
-        kReplaced, [key](std::string_view candidate) { return key.starts_with(candidate); });
-    const bool replaced = mark != std::end(kReplaced);
-    sanitized += replaced ? '_' : key.front();
-    key.remove_prefix(replaced ? mark->size() : 1);
+  std::string sanitized(key);
+  std::ranges::replace_if(
+      sanitized, [](char c) { return c == '\'' || c == ' ' || c == '/' || c == ','; }, '_');
+  for (std::size_t at = 0; (at = sanitized.find("\xE2\x80", at)) != std::string::npos; ++at) {
+    const std::string_view mark = std::string_view(sanitized).substr(at, 3);
+    if (mark == "\xE2\x80\x98" || mark == "\xE2\x80\x99" || mark == "\xE2\x80\x9B") {
+      sanitized.replace(at, mark.size(), "_");
+    }
   }
-  return normalizedText(sanitized);
+  return normalizedText(std::move(sanitized));
 }

@@ -1,6 +1,7 @@
 #include "collect/profiler.h"
 
 #include <string_view>
+#include <vector>
 
 #include "base/console.h"
 #include "base/formatString.h"
@@ -88,23 +89,24 @@ std::string profileDataType(platform::Host& host, const std::string& dataType, P
 }
 
 std::string collectProfile(platform::Host& host, std::uint32_t& totalLength, bool progress) {
-  std::string document;
+  std::vector<std::string> pieces;
   for (const Step& step : kSteps) {
     for (const char* dataType : step.dataTypes) {
       if (dataType == nullptr) continue;
       std::uint32_t length = 0;
-      const std::string piece = profileDataType(host, dataType, step.mode, length);
-      if (length > 0) {
-        document += piece;
-      } else if (step.mode == PieceMode::First) {
-        document += kProlog;
-      } else if (step.mode == PieceMode::Last) {
-        document += kEpilogue;
-      }
+      pieces.push_back(profileDataType(host, dataType, step.mode, length));
+      if (length > 0) continue;
+      if (step.mode == PieceMode::First) pieces.emplace_back(kProlog);
+      if (step.mode == PieceMode::Last) pieces.emplace_back(kEpilogue);
     }
     if (progress && step.percent > 0) printText("%d%%\n", step.percent);
   }
-  totalLength = static_cast<std::uint32_t>(document.size());
+  std::size_t size = 0;
+  for (const std::string& piece : pieces) size += piece.size();
+  std::string document;
+  document.reserve(size);
+  for (const std::string& piece : pieces) document += piece;
+  totalLength = static_cast<std::uint32_t>(size);
   return document;
 }
 

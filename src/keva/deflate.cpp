@@ -7,40 +7,59 @@
 
 #include "base/assertion.h"
 
-std::optional<std::string> deflateText(std::string_view input, const DeflateSite& site) {
-  constexpr std::size_t kChunk = 16384;  // bytes, of input and of output
-  constexpr int kLevel = 9;
+namespace {
 
-  z_stream strm{};
-  if (deflateInit(&strm, kLevel) != Z_OK) return std::nullopt;
+constexpr std::size_t kChunk = 16384;  // bytes, of input and of output
+constexpr int kLevel = 9;
 
-  std::string result;
-  std::array<char, kChunk> output{};
-  int ret = Z_OK;
-  int flush = Z_NO_FLUSH;
-  while (flush != Z_FINISH) {
-    const std::string_view chunk = input.substr(0, kChunk);
-    input.remove_prefix(chunk.size());
-    flush = input.empty() ? Z_FINISH : Z_NO_FLUSH;
-    // zlib reads its input only, but its structure has no const.
-    strm.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(chunk.data()));
-    strm.avail_in = static_cast<uInt>(chunk.size());
-    do {
-      strm.next_out = reinterpret_cast<Bytef*>(output.data());
-      strm.avail_out = kChunk;
-      ret = deflate(&strm, flush);
-      requireThat(ret != Z_STREAM_ERROR, site.file, site.streamLine, "ret != Z_STREAM_ERROR");
-      result.append(output.data(), kChunk - strm.avail_out);
-    } while (strm.avail_out == 0);
-    requireThat(strm.avail_in == 0, site.file, site.inputLine, "strm.avail_in == 0");
+}  // namespace
+
+Deflater::Deflater(const DeflateSite& site) : site_(site), stream_(std::make_unique<z_stream_s>()) {
+  requireThat(deflateInit(stream_.get(), kLevel) == Z_OK, site.file, site.streamLine,
+              "ret == Z_OK");
+  chunk_.reserve(kChunk);
+}
+
+Deflater::~Deflater() {
+  deflateEnd(stream_.get());
+}
+
+void Deflater::write(std::string_view piece) {
+  while (!piece.empty()) {
+    // Not as soon as it is full: the last chunk ends the stream, and it has something in it.
+    if (chunk_.size() == kChunk) deflateChunk(Z_NO_FLUSH);
+    const std::string_view fitting = piece.substr(0, kChunk - chunk_.size());
+    chunk_ += fitting;
+    piece.remove_prefix(fitting.size());
   }
-  requireThat(ret == Z_STREAM_END, site.file, site.endLine, "ret == Z_STREAM_END");
-  deflateEnd(&strm);
-  return result;
+}
+
+std::string Deflater::finish() {
+  deflateChunk(Z_FINISH);
+  return std::move(result_);
+}
+
+void Deflater::deflateChunk(int flush) {
+  std::array<char, kChunk> output{};
+  stream_->next_in = reinterpret_cast<Bytef*>(chunk_.data());
+  stream_->avail_in = static_cast<uInt>(chunk_.size());
+  int ret = Z_OK;
+  do {
+    stream_->next_out = reinterpret_cast<Bytef*>(output.data());
+    stream_->avail_out = kChunk;
+    ret = deflate(stream_.get(), flush);
+    requireThat(ret != Z_STREAM_ERROR, site_.file, site_.streamLine, "ret != Z_STREAM_ERROR");
+    result_.append(output.data(), kChunk - stream_->avail_out);
+  } while (stream_->avail_out == 0);
+  requireThat(stream_->avail_in == 0, site_.file, site_.inputLine, "strm.avail_in == 0");
+  if (flush == Z_FINISH) {
+    requireThat(ret == Z_STREAM_END, site_.file, site_.endLine, "ret == Z_STREAM_END");
+  }
+  chunk_.clear();
 }
 
 std::string deflateOrEnd(std::string_view input, const DeflateSite& site) {
-  std::optional<std::string> stream = deflateText(input, site);
-  requireThat(stream.has_value(), site.file, site.streamLine, "ret == Z_OK");
-  return std::move(*stream);
+  Deflater deflater(site);
+  deflater.write(input);
+  return deflater.finish();
 }

@@ -1,8 +1,12 @@
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "keva/tag.h"
+
+struct z_stream_s;  // zlib's
 
 // Where a compressed stream is made, for the text of a failed assertion. Places and lines are fixed
 // names of the three checks, by which a report can be told whatever the version; they are not lines
@@ -19,10 +23,29 @@ inline constexpr DeflateSite kDocumentSite{"keva/kevaDoc", 653, 661, 665};  // b
 inline constexpr DeflateSite kTagSite{"keva/tag", 356, 364, 368};       // sections within a blob
 inline constexpr DeflateSite kFileSite{"keva/HUXfile", 290, 298, 302};  // raw data, file header
 
-// `input` as one zlib stream (RFC 1950, level 9), fed in chunks of 16384 bytes. Nothing when zlib
-// cannot be initialised (it is out of memory). A stream that zlib does not bring to its end fails
-// an assertion of `site` and ends the program: a snapshot is never cut short.
-std::optional<std::string> deflateText(std::string_view input, const DeflateSite& site);
+// Makes one zlib stream (RFC 1950, level 9) of what is written to it, in chunks of 16384 bytes. A
+// stream that zlib cannot begin (it is out of memory) or does not bring to its end fails an
+// assertion of `site` and ends the program: a snapshot is never cut short.
+class Deflater : public TextSink {
+ public:
+  explicit Deflater(const DeflateSite& site);
+  Deflater(const Deflater&) = delete;
+  Deflater& operator=(const Deflater&) = delete;
+  ~Deflater() override;
 
-// The same for what goes into a file: ends the program also when zlib cannot be initialised.
+  void write(std::string_view piece) override;
+
+  // Ends the stream and hands it over; nothing can be written after that.
+  std::string finish();
+
+ private:
+  void deflateChunk(int flush);
+
+  const DeflateSite& site_;
+  std::unique_ptr<z_stream_s> stream_;
+  std::string chunk_;  // what waits for more, at most a chunk
+  std::string result_;
+};
+
+// A whole text as one stream.
 std::string deflateOrEnd(std::string_view input, const DeflateSite& site);

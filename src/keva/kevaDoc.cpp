@@ -16,9 +16,9 @@ constexpr unsigned kSlack = 102;
 
 // The text form of one section of a sectioned block, as a zlib stream.
 std::string packedSection(const Tag& tag, bool noEndMark, bool noChildren) {
-  std::string buffer(tag.textSize(false) + kSlack + 1, '\0');
-  const unsigned length = tag.writeText(buffer.data(), 0, noEndMark, noChildren);
-  return deflateOrEnd(std::string_view(buffer).substr(0, length), kTagSite);
+  Deflater deflater(kTagSite);
+  tag.writeText(deflater, noEndMark, noChildren);
+  return deflater.finish();
 }
 
 }  // namespace
@@ -30,9 +30,9 @@ kevaDoc::kevaDoc(const kevaDoc& other) : nativeByteOrder_(other.nativeByteOrder_
   holder_.copyFrom(other.holder_);
 }
 
-TagAttribute* kevaDoc::set(std::string_view path, const TagValue& value, const char* propKey,
+TagAttribute* kevaDoc::set(std::string_view path, TagValue value, const char* propKey,
                            const char* propValue) {
-  return holder_.setPath(path, value, propKey, propValue);
+  return holder_.setPath(path, std::move(value), propKey, propValue);
 }
 
 unsigned kevaDoc::textSize() const {
@@ -58,12 +58,14 @@ std::string kevaDoc::text(bool noEndMark) const {
 }
 
 std::string kevaDoc::packPlain(bool compressed) const {
-  std::string block = text(false);
   if (!compressed) {
+    std::string block = text(false);
     block.resize(std::max<std::size_t>(block.size(), textSize()), '\0');
     return block;
   }
-  block = deflateOrEnd(block, kDocumentSite);
+  Deflater deflater(kDocumentSite);
+  holder_.writeText(deflater, false, false);
+  std::string block = deflater.finish();
   block.append({'\0', '\1', 'K', 'E', 'V', 'A'});
   return block;
 }

@@ -25,7 +25,7 @@ class kevaDoc {
 
   // Tag::setPath on the holder, so that a path begins with "/" to start at the top tag. Returns the
   // attribute, to which further properties can be added, or null as setPath does.
-  TagAttribute* set(std::string_view path, const TagValue& value, const char* propKey = nullptr,
+  TagAttribute* set(std::string_view path, TagValue value, const char* propKey = nullptr,
                     const char* propValue = nullptr);
 
   // Room that holds the text form, in bytes: Tag::textSize with slack. It counts the top tag alone:

@@ -38,6 +38,8 @@ class NamedList {
   }
 
   Node& append(std::unique_ptr<Node> node) {
+    constexpr std::size_t kUsual = 4;  // nodes; most lists get more than two
+    if (nodes_.empty()) nodes_.reserve(kUsual);
     nodes_.push_back(std::move(node));
     Node* added = nodes_.back().get();
     if (index_) index_->byName.try_emplace(added->name(), added);

@@ -3,28 +3,48 @@
 #include <algorithm>
 #include <utility>
 
-TagAttribute::TagAttribute(std::string_view name, const TagValue& value, const char* propKey,
+TagProperties& TagProperties::operator=(const TagProperties& other) {
+  list_ = other.list_ ? std::make_unique<std::vector<TagProperty>>(*other.list_) : nullptr;
+  return *this;
+}
+
+const std::vector<TagProperty>& TagProperties::list() const {
+  static const std::vector<TagProperty> kNone;
+  return list_ ? *list_ : kNone;
+}
+
+void TagProperties::add(std::string_view key, std::string_view value) {
+  if (!list_) list_ = std::make_unique<std::vector<TagProperty>>();
+  list_->push_back({std::string(key), std::string(value)});
+}
+
+TagProperty* TagProperties::find(std::string_view key) const {
+  if (!list_) return nullptr;
+  const auto found = std::ranges::find(*list_, key, &TagProperty::key);
+  return found == list_->end() ? nullptr : &*found;
+}
+
+TagAttribute::TagAttribute(std::string_view name, TagValue value, const char* propKey,
                            const char* propValue)
-    : value_(value), name_(name) {
+    : value_(std::move(value)), name_(name) {
   if (propKey != nullptr) addProperty(propKey, propValue == nullptr ? "" : propValue);
 }
 
 void TagAttribute::addProperty(std::string_view key, std::string_view value) {
-  properties_.push_back({std::string(key), std::string(value)});
+  properties_.add(key, value);
 }
 
 void TagAttribute::setProperty(std::string_view key, std::string_view value) {
-  const auto found = std::ranges::find(properties_, key, &TagProperty::key);
-  if (found == properties_.end()) {
-    addProperty(key, value);
-  } else {
+  if (TagProperty* found = properties_.find(key)) {
     found->value = value;
+  } else {
+    properties_.add(key, value);
   }
 }
 
 const std::string* TagAttribute::findProperty(std::string_view key) const {
-  const auto found = std::ranges::find(properties_, key, &TagProperty::key);
-  return found == properties_.end() ? nullptr : &found->value;
+  const TagProperty* found = properties_.find(key);
+  return found == nullptr ? nullptr : &found->value;
 }
 
 Tag::Tag(std::string_view name) : name_(name) {}
@@ -55,8 +75,8 @@ void Tag::copyFrom(const Tag& other) {
   children_ = std::move(children);  // the last: `other` may be one of the old ones
 }
 
-void Tag::setValue(const TagValue& value) {
-  value_ = std::make_unique<TagValue>(value);
+void Tag::setValue(TagValue value) {
+  value_ = std::make_unique<TagValue>(std::move(value));
 }
 
 void Tag::becomeBranch() {
@@ -73,9 +93,9 @@ Tag* Tag::child(std::string_view name) {
   return &children_.append(std::make_unique<Tag>(name));
 }
 
-Tag* Tag::setChild(std::string_view name, const TagValue& value) {
+Tag* Tag::setChild(std::string_view name, TagValue value) {
   Tag* found = child(name);
-  found->setValue(value);
+  found->setValue(std::move(value));
   return found;
 }
 
@@ -92,13 +112,14 @@ TagAttribute* Tag::findAttribute(std::string_view name) const {
   return attributes_.find(name);
 }
 
-TagAttribute* Tag::setAttribute(std::string_view name, const TagValue& value, const char* propKey,
+TagAttribute* Tag::setAttribute(std::string_view name, TagValue value, const char* propKey,
                                 const char* propValue) {
   if (TagAttribute* found = attributes_.find(name)) {
-    found->value() = value;
+    found->value() = std::move(value);
     return found;
   }
-  return &attributes_.append(std::make_unique<TagAttribute>(name, value, propKey, propValue));
+  return &attributes_.append(
+      std::make_unique<TagAttribute>(name, std::move(value), propKey, propValue));
 }
 
 TagAttribute* Tag::attributeAt(std::size_t index) const {
@@ -106,5 +127,5 @@ TagAttribute* Tag::attributeAt(std::size_t index) const {
 }
 
 void Tag::addProperty(std::string_view key, std::string_view value) {
-  properties_.push_back({std::string(key), std::string(value)});
+  properties_.add(key, value);
 }

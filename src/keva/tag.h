@@ -13,11 +13,35 @@
 // that the operations return stay its own, and live as long as it does. There is no parent pointer
 // and nothing removes a node. Look-ups that find nothing return null.
 
+// Takes a text piece by piece.
+class TextSink {
+ public:
+  virtual ~TextSink() = default;
+  virtual void write(std::string_view piece) = 0;
+};
+
 // An annotation of a tag or of an attribute. Its text is kept as given, without normal form: what
 // comes from outside comes from a TagValue, which has it.
 struct TagProperty {
   std::string key;
   std::string value;
+};
+
+// The annotations of one tag or attribute in the order they were added; a key may occur twice. Most
+// have none, so that nothing but a pointer is kept then.
+class TagProperties {
+ public:
+  TagProperties() = default;
+  TagProperties(const TagProperties& other) { *this = other; }
+  TagProperties& operator=(const TagProperties& other);
+  ~TagProperties() = default;
+
+  const std::vector<TagProperty>& list() const;
+  void add(std::string_view key, std::string_view value);
+  TagProperty* find(std::string_view key) const;  // the first of that key; null when there is none
+
+ private:
+  std::unique_ptr<std::vector<TagProperty>> list_;  // null until there is one
 };
 
 // A named value of a tag.
@@ -29,15 +53,14 @@ class TagAttribute {
   ~TagAttribute() = default;
 
   // With one property (propKey, propValue) when `propKey` is not null; a null `propValue` is "".
-  TagAttribute(std::string_view name, const TagValue& value, const char* propKey,
-               const char* propValue);
+  TagAttribute(std::string_view name, TagValue value, const char* propKey, const char* propValue);
 
   const std::string& name() const { return name_; }
 
   const TagValue& value() const { return value_; }
   TagValue& value() { return value_; }
 
-  const std::vector<TagProperty>& properties() const { return properties_; }
+  const std::vector<TagProperty>& properties() const { return properties_.list(); }
 
   // Appends, also when a property of that key exists.
   void addProperty(std::string_view key, std::string_view value);
@@ -49,7 +72,7 @@ class TagAttribute {
   const std::string* findProperty(std::string_view key) const;
 
  private:
-  std::vector<TagProperty> properties_;
+  TagProperties properties_;
   TagValue value_;
   std::string name_;
 };
@@ -78,13 +101,13 @@ class Tag {
 
   // The tag's own value; null until it is first set.
   const TagValue* value() const { return value_.get(); }
-  void setValue(const TagValue& value);  // replaces it, also by a value of kind None
+  void setValue(TagValue value);  // replaces it, also by a value of kind None
 
   // --- children, in the order they were added
 
-  Tag* findChild(std::string_view name) const;                  // the first of that name
-  Tag* child(std::string_view name);                            // finds it or appends a leaf
-  Tag* setChild(std::string_view name, const TagValue& value);  // the same, then its setValue
+  Tag* findChild(std::string_view name) const;           // the first of that name
+  Tag* child(std::string_view name);                     // finds it or appends a leaf
+  Tag* setChild(std::string_view name, TagValue value);  // the same, then its setValue
   void addChild(std::unique_ptr<Tag> child);  // appends without looking at names; makes a branch
   Tag* childAt(std::size_t index) const;      // null from childCount() on
   std::size_t childCount() const { return children_.size(); }
@@ -104,8 +127,8 @@ class Tag {
 
   // Finds the attribute and assigns the value, as TagValue assigns (none changes nothing), leaving
   // its properties alone; or appends it, with the property when `propKey` is not null.
-  TagAttribute* setAttribute(std::string_view name, const TagValue& value,
-                             const char* propKey = nullptr, const char* propValue = nullptr);
+  TagAttribute* setAttribute(std::string_view name, TagValue value, const char* propKey = nullptr,
+                             const char* propValue = nullptr);
 
   TagAttribute* attributeAt(std::size_t index) const;  // null from attributeCount() on
   std::size_t attributeCount() const { return attributes_.size(); }
@@ -114,8 +137,8 @@ class Tag {
   // --- properties, in the order they were added; a key may occur twice
 
   void addProperty(std::string_view key, std::string_view value);
-  std::size_t propertyCount() const { return properties_.size(); }
-  const std::vector<TagProperty>& properties() const { return properties_; }
+  std::size_t propertyCount() const { return properties().size(); }
+  const std::vector<TagProperty>& properties() const { return properties_.list(); }
 
   // --- paths (tagPath.cpp): names separated by "/", the last one that of an attribute
   //
@@ -128,8 +151,12 @@ class Tag {
   // given. Returns the attribute; null, and sets none, when an empty component meets a tag without
   // children (tags made on the way to it stay), or the path holds more than kMaxPathDepth "/" or
   // kMaxPathLength bytes.
-  TagAttribute* setPath(std::string_view path, const TagValue& value, const char* propKey = nullptr,
+  TagAttribute* setPath(std::string_view path, TagValue value, const char* propKey = nullptr,
                         const char* propValue = nullptr);
+
+  // The tag on which setPath would set the attribute of the path: the same walk, making the same
+  // tags. `name` receives the last component. Null where setPath returns null.
+  Tag* walkPath(std::string_view path, std::string_view& name);
 
   // Adds a property to an existing tag. The last component names a child, and each "/" between two
   // components also skips one level: "a/b" is the child "b" of the first child of "a". Adds nothing
@@ -148,6 +175,9 @@ class Tag {
   // also mentioned on standard error, as a trace for support.
   unsigned writeText(char* buffer, unsigned offset, bool noEndMark, bool noChildren) const;
 
+  // The same, piece by piece, to whoever takes it.
+  void writeText(TextSink& sink, bool noEndMark, bool noChildren) const;
+
   // Estimated length of the text form, in bytes; the sectioned blobs state it as a length. It
   // counts a leaf's children although they are not written, of a holder the first child alone, and
   // with `noChildren` not the tag's own properties although they are.
@@ -155,13 +185,11 @@ class Tag {
 
  private:
   void becomeBranch();
-  TagAttribute* setAtEnd(std::string_view name, const TagValue& value, const char* propKey,
-                         const char* propValue);
 
   Kind kind_ = Kind::Leaf;
   NamedList<Tag> children_;
   NamedList<TagAttribute> attributes_;
-  std::vector<TagProperty> properties_;
+  TagProperties properties_;
   std::string name_;
   std::unique_ptr<TagValue> value_;
 };

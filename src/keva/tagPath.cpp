@@ -1,9 +1,9 @@
 #include <algorithm>
+#include <utility>
 
 #include "keva/tag.h"
 
-TagAttribute* Tag::setPath(std::string_view path, const TagValue& value, const char* propKey,
-                           const char* propValue) {
+Tag* Tag::walkPath(std::string_view path, std::string_view& name) {
   if (path.size() > kMaxPathLength) return nullptr;
   if (std::ranges::count(path, '/') > static_cast<std::ptrdiff_t>(kMaxPathDepth)) return nullptr;
   Tag* tag = this;
@@ -15,18 +15,23 @@ TagAttribute* Tag::setPath(std::string_view path, const TagValue& value, const c
       continue;
     }
     const std::size_t slash = path.find('/');
-    if (slash == std::string_view::npos) return tag->setAtEnd(path, value, propKey, propValue);
+    if (slash == std::string_view::npos) break;
     tag->becomeBranch();
     tag = tag->child(path.substr(0, slash));
     path.remove_prefix(slash + 1);
   }
+  name = path;
+  return tag;
 }
 
-TagAttribute* Tag::setAtEnd(std::string_view name, const TagValue& value, const char* propKey,
-                            const char* propValue) {
-  TagAttribute* found = findAttribute(name);
-  if (found == nullptr) return setAttribute(name, value, propKey, propValue);
-  found->value() = value;
+TagAttribute* Tag::setPath(std::string_view path, TagValue value, const char* propKey,
+                           const char* propValue) {
+  std::string_view name;
+  Tag* tag = walkPath(path, name);
+  if (tag == nullptr) return nullptr;
+  TagAttribute* found = tag->findAttribute(name);
+  if (found == nullptr) return tag->setAttribute(name, std::move(value), propKey, propValue);
+  found->value() = std::move(value);
   if (propKey != nullptr && propValue != nullptr) found->setProperty(propKey, propValue);
   return found;
 }

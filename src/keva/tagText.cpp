@@ -9,16 +9,28 @@ namespace {
 
 constexpr std::string_view kHeader = "\xEF\xBB\xBF?keva\n";
 
-// Writes texts one behind the other; after each stands a NUL that the next one overwrites.
-class TextWriter {
+// Writes texts one behind the other into memory; after each stands a NUL that the next one
+// overwrites.
+class Buffer : public TextSink {
  public:
-  explicit TextWriter(char* start) : start_(start), end_(start) {}
+  explicit Buffer(char* start) : start_(start), end_(start) {}
 
-  void write(std::string_view text) {
+  void write(std::string_view text) override {
     std::memcpy(end_, text.data(), text.size());
     end_ += text.size();
     *end_ = '\0';
   }
+
+  unsigned length() const { return static_cast<unsigned>(end_ - start_); }
+
+ private:
+  char* start_;
+  char* end_;
+};
+
+class TextWriter {
+ public:
+  explicit TextWriter(TextSink& sink) : sink_(sink) {}
 
   void writeValue(const TagValue& value) {
     switch (value.kind()) {
@@ -85,11 +97,10 @@ class TextWriter {
     }
   }
 
-  unsigned length() const { return static_cast<unsigned>(end_ - start_); }
-
  private:
-  char* start_;
-  char* end_;
+  void write(std::string_view text) { sink_.write(text); }
+
+  TextSink& sink_;
 };
 
 unsigned valueSize(const TagValue& value) {
@@ -120,9 +131,13 @@ unsigned propertiesSize(const std::vector<TagProperty>& properties) {
 }  // namespace
 
 unsigned Tag::writeText(char* buffer, unsigned offset, bool noEndMark, bool noChildren) const {
-  TextWriter writer(buffer + offset);
-  writer.writeTag(*this, noEndMark, noChildren);
-  return writer.length();
+  Buffer memory(buffer + offset);
+  writeText(memory, noEndMark, noChildren);
+  return memory.length();
+}
+
+void Tag::writeText(TextSink& sink, bool noEndMark, bool noChildren) const {
+  TextWriter(sink).writeTag(*this, noEndMark, noChildren);
 }
 
 unsigned Tag::textSize(bool noChildren) const {
@@ -137,5 +152,5 @@ unsigned Tag::textSize(bool noChildren) const {
   }
   if (noChildren) return size;
   for (const auto& child : children_) size += child->textSize(false);
-  return size + propertiesSize(properties_) + (kind_ == Kind::Branch ? 2 : 0);
+  return size + propertiesSize(properties()) + (kind_ == Kind::Branch ? 2 : 0);
 }

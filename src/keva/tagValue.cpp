@@ -1,18 +1,16 @@
 #include "keva/tagValue.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 void cutAndReplaceLineEnds(std::string& text) {
-  for (std::size_t i = text.find_first_of("\r\n"); i != std::string::npos;
-       i = text.find_first_of("\r\n", i + 1)) {
-    if (text[i] == '\n') {
-      text[i] = '\r';
-    } else if (i + 1 < text.size() && text[i + 1] == '\n') {
-      text.resize(i + 1);
-      return;
-    }
+  std::size_t replaced = std::string::npos;  // where the last line feed was replaced
+  for (std::size_t i = text.find('\n'); i != std::string::npos; i = text.find('\n', i + 1)) {
+    if (i > 0 && i - 1 != replaced && text[i - 1] == '\r') return text.resize(i);
+    text[i] = '\r';
+    replaced = i;
   }
 }
 
@@ -25,11 +23,11 @@ void trimBlanks(std::string& text) {
 
 }  // namespace
 
-std::string normalizedText(std::string_view text) {
-  std::string normal(text.substr(0, text.find('\0')));
-  cutAndReplaceLineEnds(normal);
-  trimBlanks(normal);
-  return normal;
+std::string normalizedText(std::string text) {
+  text.resize(std::min(text.size(), text.find('\0')));
+  cutAndReplaceLineEnds(text);
+  trimBlanks(text);
+  return text;
 }
 
 TagValue::TagValue(const char* text) {
@@ -47,5 +45,5 @@ TagValue& TagValue::operator=(TagValue&& other) noexcept {
 }
 
 void TagValue::setText(std::string_view text) {
-  value_ = normalizedText(text);
+  value_ = normalizedText(std::string(text));
 }

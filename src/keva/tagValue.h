@@ -3,7 +3,12 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
+
+// `text` in the normal form of TagValue::setText. Names of tags and attributes that come from
+// outside go through it as well.
+std::string normalizedText(std::string text);
 
 // The typed scalar of the tag tree.
 class TagValue {
@@ -16,7 +21,7 @@ class TagValue {
   explicit TagValue(double value) : value_(value) {}
   explicit TagValue(const char* text);  // null gives the empty text, not "none"
   explicit TagValue(std::string_view text) { setText(text); }
-  explicit TagValue(const std::string& text) { setText(text); }
+  explicit TagValue(std::string text) : value_(normalizedText(std::move(text))) {}
 
   TagValue(const TagValue&) = default;
   TagValue(TagValue&&) = default;
@@ -51,7 +56,3 @@ class TagValue {
  private:
   std::variant<std::monostate, bool, std::int64_t, double, std::string> value_;
 };
-
-// `text` in the normal form of TagValue::setText. Names of tags and attributes that come from
-// outside go through it as well.
-std::string normalizedText(std::string_view text);

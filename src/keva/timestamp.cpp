@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "base/formatString.h"
-
 const char* timestampPattern(TimestampForm form) {
   return form == TimestampForm::Long ? "yyyyMMddHHmmss.000000 ZZ" : "yyyy-MM-dd";
 }
@@ -18,5 +16,5 @@ std::string completeTimestamp(std::string formatted, TimestampForm form) {
   const int hours = std::atoi(formatted.substr(kHours, 2).c_str());
   const auto minutes = static_cast<std::uint8_t>(std::atoi(formatted.c_str() + kMinutes));
   const auto offset = static_cast<std::uint16_t>(hours * 60 + minutes);
-  return formatted.substr(0, kBlank) + formatted[kSign] + formatString("%u", offset);
+  return formatted.substr(0, kBlank) + formatted[kSign] + std::to_string(offset);
 }

@@ -62,7 +62,9 @@ class Host {
   // references to NUL, UTF-16 and a lone byte A9. It also reads binary lists, refused when they
   // unfold to much more than their size, and old-style ones, which it may find in any text: look
   // whether the value is of the expected kind.
-  virtual std::optional<PropertyList> parsePropertyList(std::string_view document) = 0;
+  //
+  // The document is the host's then, which may parse it in place.
+  virtual std::optional<PropertyList> parsePropertyList(std::string document) = 0;
 
   // The name the user gave the machine, any Unicode text as UTF-8; "" when unknown. Off the Mac
   // the network node name.

@@ -68,6 +68,11 @@ class PropertyList {
   const Array* array() const { return std::get_if<Array>(&value_); }
   const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value_); }
 
+  // The same, to be moved from.
+  std::string* text() { return std::get_if<std::string>(&value_); }
+  Array* array() { return std::get_if<Array>(&value_); }
+  Dictionary* dictionary() { return std::get_if<Dictionary>(&value_); }
+
   // The value of a dictionary's key; null when it has none or this is no dictionary.
   const PropertyList* find(std::string_view key) const;
 

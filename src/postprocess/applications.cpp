@@ -1,5 +1,7 @@
 #include "postprocess/applications.h"
 
+#include <utility>
+
 #include "postprocess/mapping.h"
 #include "postprocess/sortedChildren.h"
 
@@ -22,7 +24,7 @@ constexpr Row kApplication[] = {
 std::string tagName(const Item& application) {
   std::string name = "Soft:" + application.text("_name");
   if (application.has("version")) name += " " + application.text("version");
-  return normalizedText(name);
+  return normalizedText(std::move(name));
 }
 
 }  // namespace

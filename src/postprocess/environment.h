@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "keva/kevaDoc.h"
@@ -10,10 +10,10 @@
 void PostProcessEnvironment(kevaDoc& snapshot, platform::Host& host);
 
 struct Variable {
-  std::string name;
-  std::string value;
+  std::string_view name;
+  std::string_view value;
 };
 
-// The NAME=VALUE lines of the output. An empty line ends it, a last line without a line end is not
-// read, a line without "=" is passed over.
-std::vector<Variable> parseEnvironment(const std::string& output);
+// The NAME=VALUE lines of the output, as parts of it. An empty line ends it, a last line without a
+// line end is not read, a line without "=" is passed over.
+std::vector<Variable> parseEnvironment(std::string_view output);

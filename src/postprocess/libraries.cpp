@@ -1,5 +1,7 @@
 #include "postprocess/libraries.h"
 
+#include <utility>
+
 #include "base/formatString.h"
 #include "base/text.h"
 #include "collect/plistToTags.h"
@@ -24,7 +26,8 @@ void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundl
   std::string tagName = formatString("library:%s %s", name.c_str(), version.c_str());
   TrimChars(tagName, " \n\r", kTrimBoth);
 
-  Tag& tag = *branch(snapshot, {"Libraries"}).setChild(normalizedText(tagName), TagValue(name));
+  Tag& tag =
+      *branch(snapshot, {"Libraries"}).setChild(normalizedText(std::move(tagName)), TagValue(name));
   tag.setAttribute("path", TagValue(bundle.path));
   if (!version.empty()) tag.setAttribute("version", TagValue(version));
   copyPresent(info, kInfo, tag, "descr");

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "asset/assetInfo.h"
 #include "base/console.h"
@@ -23,10 +24,18 @@ using platform::PropertyList;
 namespace {
 
 // A profile that is empty or cannot be parsed has no data types.
-PropertyList parseProfile(platform::Host& host, const std::string& document) {
-  std::optional<PropertyList> profile = host.parsePropertyList(document);
+PropertyList parseProfile(platform::Host& host, std::string document) {
+  std::optional<PropertyList> profile = host.parsePropertyList(std::move(document));
   if (profile && profile->array() != nullptr) return std::move(*profile);
   return PropertyList(PropertyList::Array{});
+}
+
+// Trees stay until the process ends, which gives their memory back at once: to take them down node
+// by node takes as long as to build them.
+template <typename Object>
+Object& kept(std::unique_ptr<Object> object) {
+  static auto* const objects = new std::vector<std::unique_ptr<Object>>();
+  return *objects->emplace_back(std::move(object));
 }
 
 std::int32_t wholeSeconds(platform::Host& host) {
@@ -35,33 +44,32 @@ std::int32_t wholeSeconds(platform::Host& host) {
 
 // Phases I to III: what the machine says, as a raw tree and as single facts.
 struct Collected {
-  std::unique_ptr<kevaDoc> raw;
+  kevaDoc& raw;
   AssetFacts facts;
 };
 
 Collected collect(platform::Host& host, const RunOptions& options, bool silent,
                   const std::string& ipAddress, const PhaseLog& log) {
-  Collected collected;
+  Collected collected{kept(std::make_unique<kevaDoc>(options.containerOption != 0, "Macintosh")),
+                      {}};
   AssetFacts& facts = collected.facts;
   log("I. Collecting Data....\n");
   std::uint32_t length = 0;
   std::string document = collectProfile(host, length, silent);
   log("done\n");
-  const PropertyList profile = parseProfile(host, document);
-  document = std::string();
+  PropertyList profile = parseProfile(host, std::move(document));
   facts.host = collectSoftwareHardwareFacts(host, profile);
+  facts.network = collectNetworkFacts(profile, ipAddress);
+  facts.serialNumber = serialNumber(profile);
 
-  collected.raw = std::make_unique<kevaDoc>(options.containerOption != 0, "Macintosh");
   log("II. Parsing Data....");
-  convertProfile(host, profile, *collected.raw);
+  convertProfile(host, std::move(profile), collected.raw);
   log("done\n");
 
   log("III. Get Data For AssetInfo....");
-  facts.network = collectNetworkFacts(profile, ipAddress);
   log("33% ");
-  facts.serialNumber = serialNumber(profile);
   log("66% ");
-  collectProcesses(host, *collected.raw);
+  collectProcesses(host, collected.raw);
   log("100% done\n");
   return collected;
 }
@@ -110,8 +118,7 @@ void normalRun(platform::Host& host, const RunOptions& options, bool silent,
   auto [raw, facts] = collect(host, options, silent, ipAddress, log);
 
   auto snapshot = std::make_unique<kevaDoc>(native, "Snapshot");
-  PostProcess(*snapshot, *raw, host, options.logMode != 0);
-  raw.reset();
+  PostProcess(*snapshot, raw, host, options.logMode != 0);
   const std::int32_t end = wholeSeconds(host);
   facts.computerName = host.computerName();
   facts.timestamp = formatNow(host, TimestampForm::Long);
@@ -121,7 +128,7 @@ void normalRun(platform::Host& host, const RunOptions& options, bool silent,
   log("V. Creating AssetInfo Section....");
   auto asset = buildAssetInfo(facts, *snapshot, native);
   log("done\n");
-  HUXfile file(native);
+  HUXfile& file = kept(std::make_unique<HUXfile>(native));
   file.addDocument(std::move(snapshot), HUXfile::SectionType::Snapshot, false, true);
   file.addDocument(std::move(asset), HUXfile::SectionType::AssetInfo, false, true);
   saveSnapshot(file, facts.computerName, facts, silent, log);

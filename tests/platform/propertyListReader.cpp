@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/shown.h"
@@ -12,8 +13,8 @@ using namespace std::string_literals;
 
 namespace {
 
-std::string readDocument(std::string_view document) {
-  const auto value = platform::readPropertyList(document);
+std::string readDocument(std::string document) {
+  const auto value = platform::readPropertyList(std::move(document));
   return value ? shown(*value) : "refused";
 }
 

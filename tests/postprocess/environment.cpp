@@ -11,7 +11,7 @@ TEST(Environment, EndsAtAnEmptyLineOrOneWithoutAnEnd) {
   for (const auto& [output, variables] : cases) {
     std::string parsed;
     for (const auto& [name, value] : parseEnvironment(output)) {
-      parsed += "[" + name + "|" + value + "]";
+      parsed.append("[").append(name).append("|").append(value).append("]");
     }
     EXPECT_EQ(parsed, variables) << output;
   }

@@ -56,8 +56,8 @@ std::unique_ptr<platform::CommandOutput> FakeHost::startCommand(const std::strin
   return std::make_unique<ScriptedOutput>(std::move(texts), readSizes);
 }
 
-std::optional<platform::PropertyList> FakeHost::parsePropertyList(std::string_view document) {
-  return platform::readPropertyList(document);
+std::optional<platform::PropertyList> FakeHost::parsePropertyList(std::string document) {
+  return platform::readPropertyList(std::move(document));
 }
 
 std::vector<platform::Bundle> FakeHost::bundles(const std::string& folder,

@@ -30,7 +30,7 @@ class FakeHost : public platform::Host {
   std::vector<std::size_t> readSizes;  // size of every read of every command
 
   std::unique_ptr<platform::CommandOutput> startCommand(const std::string& command) override;
-  std::optional<platform::PropertyList> parsePropertyList(std::string_view document) override;
+  std::optional<platform::PropertyList> parsePropertyList(std::string document) override;
   std::string computerName() override { return name; }
   std::vector<platform::Process> processTable() override { return processes; }
   std::vector<platform::Bundle> bundles(const std::string& folder,

@@ -15,7 +15,7 @@ std::unique_ptr<CommandOutput> AppleHost::startCommand(const std::string& comman
   return startShellCommand(command);
 }
 
-std::optional<PropertyList> AppleHost::parsePropertyList(std::string_view document) {
+std::optional<PropertyList> AppleHost::parsePropertyList(std::string document) {
   return readPropertyList(document);
 }
 

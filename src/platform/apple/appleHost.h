@@ -8,7 +8,7 @@ namespace platform::apple {
 class AppleHost : public Host {
  public:
   std::unique_ptr<CommandOutput> startCommand(const std::string& command) override;
-  std::optional<PropertyList> parsePropertyList(std::string_view document) override;
+  std::optional<PropertyList> parsePropertyList(std::string document) override;
   std::string computerName() override;
   std::vector<Process> processTable() override;
   std::vector<Bundle> bundles(const std::string& folder,

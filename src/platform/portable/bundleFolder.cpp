@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "base/utf8.h"
 #include "platform/portable/fileText.h"
@@ -18,9 +19,9 @@ PropertyList readBundleInfo(const std::string& path) {
     const fs::path file = fs::path(path) / place / "Info.plist";
     std::error_code error;
     if (!fs::is_regular_file(file, error)) continue;  // a pipe would keep the scan waiting
-    const std::optional<std::string> document = readFileText(file);
+    std::optional<std::string> document = readFileText(file);
     if (!document) continue;
-    std::optional<PropertyList> info = readPropertyList(*document);
+    std::optional<PropertyList> info = readPropertyList(std::move(*document));
     if (info && info->dictionary() != nullptr) return std::move(*info);
     break;
   }

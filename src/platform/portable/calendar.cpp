@@ -1,12 +1,12 @@
 #include "platform/portable/calendar.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <string_view>
-
-#include "base/formatString.h"
 
 namespace platform {
 
@@ -14,13 +14,22 @@ namespace {
 
 constexpr double k2001 = 978307200;  // 2001-01-01 00:00:00 UTC in seconds since 1970
 
+// At least `width` places, with zeros in front, the sign counted: printf's "%0*d".
+void appendPadded(std::string& text, std::size_t width, long number) {
+  const std::string digits = std::to_string(std::labs(number));
+  const std::size_t used = digits.size() + (number < 0 ? 1 : 0);
+  if (number < 0) text += '-';
+  if (used < width) text.append(width - used, '0');
+  text += digits;
+}
+
 // "+0300"; with the seconds behind it in zones before standard time ("-045602").
-std::string offsetText(long offset) {
+void appendOffset(std::string& text, long offset) {
   const long size = std::labs(offset);
-  std::string text =
-      formatString("%c%02ld%02ld", offset < 0 ? '-' : '+', size / 3600, size / 60 % 60);
-  if (size % 60 != 0) text += formatString("%02ld", size % 60);
-  return text;
+  text += offset < 0 ? '-' : '+';
+  appendPadded(text, 2, size / 3600);
+  appendPadded(text, 2, size / 60 % 60);
+  if (size % 60 != 0) appendPadded(text, 2, size % 60);
 }
 
 }  // namespace
@@ -45,34 +54,31 @@ std::string formatLocalDate(double seconds, const std::string& pattern) {
   const auto time = static_cast<std::time_t>(std::floor(seconds + k2001));
   std::tm local{};
   if (localtime_r(&time, &local) == nullptr) return "";
-  const std::string year = formatString("%04d", local.tm_year + 1900);
-  const auto twoDigits = [](int number) { return formatString("%02d", number); };
   const struct {
     std::string_view letters;
-    std::string text;
+    int number;
   } fields[] = {
-      {"yyyy", year                       },
-      {"MM",   twoDigits(local.tm_mon + 1)},
-      {"dd",   twoDigits(local.tm_mday)   },
-      {"HH",   twoDigits(local.tm_hour)   },
-      {"mm",   twoDigits(local.tm_min)    },
-      {"ss",   twoDigits(local.tm_sec)    },
-      {"ZZ",   offsetText(local.tm_gmtoff)},
+      {"yyyy", local.tm_year + 1900},
+      {"MM",   local.tm_mon + 1    },
+      {"dd",   local.tm_mday       },
+      {"HH",   local.tm_hour       },
+      {"mm",   local.tm_min        },
+      {"ss",   local.tm_sec        },
   };
   std::string text;
   for (std::string_view rest = pattern; !rest.empty();) {
-    std::size_t used = 0;
-    for (const auto& field : fields) {
-      if (!rest.starts_with(field.letters)) continue;
-      text += field.text;
-      used = field.letters.size();
-      break;
-    }
-    if (used == 0) {
+    const auto* field = std::ranges::find_if(
+        fields, [rest](const auto& known) { return rest.starts_with(known.letters); });
+    if (field != std::end(fields)) {
+      appendPadded(text, field->letters.size(), field->number);
+      rest.remove_prefix(field->letters.size());
+    } else if (rest.starts_with("ZZ")) {
+      appendOffset(text, local.tm_gmtoff);
+      rest.remove_prefix(2);
+    } else {
       text += rest.front();
-      used = 1;
+      rest.remove_prefix(1);
     }
-    rest.remove_prefix(used);
   }
   return text;
 }

@@ -2,6 +2,8 @@
 
 #include <sys/utsname.h>
 
+#include <utility>
+
 #include "platform/portable/bundleFolder.h"
 #include "platform/portable/calendar.h"
 #include "platform/portable/processFiles.h"
@@ -14,8 +16,8 @@ std::unique_ptr<CommandOutput> PortableHost::startCommand(const std::string& com
   return startShellCommand(command);
 }
 
-std::optional<PropertyList> PortableHost::parsePropertyList(std::string_view document) {
-  return readPropertyList(document);
+std::optional<PropertyList> PortableHost::parsePropertyList(std::string document) {
+  return readPropertyList(std::move(document));
 }
 
 std::string PortableHost::computerName() {

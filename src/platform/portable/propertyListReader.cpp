@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <pugixml.hpp>
 #include <string>
 #include <unordered_map>
@@ -40,7 +40,8 @@ std::optional<std::string> textOf(const pugi::xml_node& element) {
 template <typename Take>
 bool forEachElement(const pugi::xml_node& container, const Take& take) {
   if (!isBlank(container.value())) return false;
-  for (const pugi::xml_node& part : container) {
+  for (pugi::xml_node next = container.first_child(); next;) {
+    const pugi::xml_node part = std::exchange(next, next.next_sibling());
     switch (part.type()) {
       case pugi::node_element:
         if (!take(part)) return false;
@@ -84,22 +85,29 @@ Value readReal(const std::string& text) {
 }
 
 Value readDate(const std::string& text) {
-  CalendarTime time;
-  int length = 0;
   constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
+  if (text.size() != kShape.size()) return std::nullopt;
+  int fields[6] = {};
+  int* field = fields;
   for (std::size_t i = 0; i < kShape.size(); ++i) {
-    const char c = i < text.size() ? text[i] : '\0';
+    const char c = text[i];
     if (kShape[i] == '0' ? c < '0' || c > '9' : c != kShape[i]) return std::nullopt;
+    if (kShape[i] != '0') {
+      ++field;
+    } else {
+      *field = *field * 10 + (c - '0');
+    }
   }
-  std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%dZ%n", &time.year, &time.month, &time.day, &time.hour,
-              &time.minute, &time.second, &length);
-  if (static_cast<std::size_t>(length) != text.size()) return std::nullopt;
-  return PropertyList(PropertyList::Date{secondsSince2001(time)});
+  const auto [year, month, day, hour, minute, second] = fields;
+  return PropertyList(
+      PropertyList::Date{secondsSince2001({year, month, day, hour, minute, second})});
 }
 
 // Collects a dictionary's entries: of equal keys the last value, in the place of the first.
 class DictionaryBuilder {
  public:
+  DictionaryBuilder() { entries_.reserve(kSearched); }
+
   void put(std::string key, PropertyList value) {
     const std::size_t place = placeOf(key);
     if (place < entries_.size()) {
@@ -110,7 +118,10 @@ class DictionaryBuilder {
     entries_.emplace_back(std::move(key), std::move(value));
   }
 
-  PropertyList::Dictionary take() { return std::move(entries_); }
+  // As large as it must be: most of a document is small dictionaries.
+  PropertyList::Dictionary take() {
+    return {std::make_move_iterator(entries_.begin()), std::make_move_iterator(entries_.end())};
+  }
 
  private:
   static constexpr std::size_t kSearched = 16;  // up to so many keys a walk is faster than a map
@@ -132,70 +143,58 @@ class DictionaryBuilder {
   std::unordered_map<std::string, std::size_t> places_;
 };
 
-class Reader {
- public:
-  explicit Reader(std::string_view document) : document_(document) {}
+Value readElement(const pugi::xml_node& element, int depth);
 
-  // `depth`: how many arrays and dictionaries the element stands in.
-  Value readElement(const pugi::xml_node& element, int depth) const {
-    const std::string_view name = element.name();
-    if (name == "dict" || name == "array") {
-      if (depth == Host::kMaxNesting) return std::nullopt;
-      return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
+Value readArray(pugi::xml_node element, int depth) {
+  PropertyList::Array array;
+  const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+    Value value = readElement(child, depth);
+    if (value) array.push_back(std::move(*value));
+    element.remove_child(child);
+    return value.has_value();
+  });
+  if (!valid) return std::nullopt;
+  return PropertyList(std::move(array));
+}
+
+Value readDictionary(const pugi::xml_node& element, int depth) {
+  DictionaryBuilder dictionary;
+  std::optional<std::string> key;
+  const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+    if (!key) {
+      if (std::string_view(child.name()) == "key") key = textOf(child);
+      return key.has_value();
     }
-    if (name == "true" || name == "false") {
-      if (element.first_child() || *element.value() != '\0') return std::nullopt;
-      return PropertyList(name == "true");
-    }
-    std::optional<std::string> text = textOf(element);
-    if (!text) return std::nullopt;
-    if (name == "string") return PropertyList(std::move(*text));
-    if (name == "integer") return readInteger(*text);
-    if (name == "real") return readReal(*text);
-    if (name == "date") return readDate(*text);
-    if (name == "data" && !isEmptyTag(element)) return PropertyList(PropertyList::Data{});
-    return std::nullopt;
-  }
+    Value value = readElement(child, depth);
+    if (!value) return false;
+    dictionary.put(std::move(*key), std::move(*value));
+    key.reset();
+    return true;
+  });
+  if (!valid || key) return std::nullopt;
+  return PropertyList(dictionary.take());
+}
 
- private:
-  Value readArray(const pugi::xml_node& element, int depth) const {
-    PropertyList::Array array;
-    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
-      Value value = readElement(child, depth);
-      if (value) array.push_back(std::move(*value));
-      return value.has_value();
-    });
-    if (!valid) return std::nullopt;
-    return PropertyList(std::move(array));
+// `depth`: how many arrays and dictionaries the element stands in.
+Value readElement(const pugi::xml_node& element, int depth) {
+  const std::string_view name = element.name();
+  if (name == "dict" || name == "array") {
+    if (depth == Host::kMaxNesting) return std::nullopt;
+    return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
   }
-
-  Value readDictionary(const pugi::xml_node& element, int depth) const {
-    DictionaryBuilder dictionary;
-    std::optional<std::string> key;
-    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
-      if (!key) {
-        if (std::string_view(child.name()) == "key") key = textOf(child);
-        return key.has_value();
-      }
-      Value value = readElement(child, depth);
-      if (!value) return false;
-      dictionary.put(std::move(*key), std::move(*value));
-      key.reset();
-      return true;
-    });
-    if (!valid || key) return std::nullopt;
-    return PropertyList(dictionary.take());
+  if (name == "true" || name == "false") {
+    if (element.first_child() || *element.value() != '\0') return std::nullopt;
+    return PropertyList(name == "true");
   }
-
-  // <data/>: the XML tree does not tell it from <data></data>, the document does.
-  bool isEmptyTag(const pugi::xml_node& element) const {
-    const auto start = static_cast<std::size_t>(element.offset_debug());
-    const std::size_t end = document_.find('>', start);
-    return end != std::string_view::npos && document_[end - 1] == '/';
-  }
-
-  std::string_view document_;
-};
+  std::optional<std::string> text = textOf(element);
+  if (!text) return std::nullopt;
+  if (name == "string") return PropertyList(std::move(*text));
+  if (name == "integer") return readInteger(*text);
+  if (name == "real") return readReal(*text);
+  if (name == "date") return readDate(*text);
+  if (name == "data") return PropertyList(PropertyList::Data{});
+  return std::nullopt;
+}
 
 // The one value of the document, which stands in <plist> or alone.
 pugi::xml_node rootElement(const pugi::xml_document& tree) {
@@ -216,7 +215,7 @@ pugi::xml_node rootElement(const pugi::xml_document& tree) {
 
 }  // namespace
 
-std::optional<PropertyList> readPropertyList(std::string_view document) {
+std::optional<PropertyList> readPropertyList(std::string document) {
   const std::optional<XmlScan> xml = scanXml(document);
   if (!xml) return std::nullopt;
   // No normalisation of line ends: texts keep their bytes, as on the Mac. Comments are kept because
@@ -226,13 +225,16 @@ std::optional<PropertyList> readPropertyList(std::string_view document) {
                               pugi::parse_comments | pugi::parse_pi | pugi::parse_fragment;
   // Blanks count where they are a whole text, or a part of one beside CDATA.
   const unsigned blanks = xml->hasCdata ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
-  pugi::xml_document tree;
-  if (!tree.load_buffer(xml->text.data(), xml->text.size(), kFlags | blanks, pugi::encoding_utf8)) {
+  document.resize(xml->length);
+  pugi::xml_document tree;  // its names and texts stay where they are in the document
+  // The zero behind the document counts: the parser puts one over the last character.
+  if (!tree.load_buffer_inplace(document.data(), document.size() + 1, kFlags | blanks,
+                                pugi::encoding_utf8)) {
     return std::nullopt;
   }
   const pugi::xml_node root = rootElement(tree);
   if (!root) return std::nullopt;
-  return Reader(xml->text).readElement(root, 0);
+  return readElement(root, 0);
 }
 
 }  // namespace platform

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
+#include <string>
 
 #include "platform/propertyList.h"
 
@@ -9,6 +9,6 @@ namespace platform {
 
 // Host::parsePropertyList without the platform's parser: pugixml reads the XML, the rules of
 // property lists are here.
-std::optional<PropertyList> readPropertyList(std::string_view document);
+std::optional<PropertyList> readPropertyList(std::string document);
 
 }  // namespace platform

@@ -39,42 +39,68 @@ std::size_t endTagLength(std::string_view text) {
   return end < text.size() && text[end] == '>' ? end + 1 : 0;
 }
 
+bool isEmptyTag(std::string_view tag) {
+  const std::size_t end = tag.find('>');
+  return end != std::string_view::npos && tag[end - 1] == '/';
+}
+
+// A text without comments and CDATA sections.
+bool areReferencesKnown(std::string_view text) {
+  constexpr std::size_t kLongestReference = 16;
+  for (std::size_t at = 0; (at = text.find('&', at)) != std::string_view::npos; ++at) {
+    const std::string_view rest = text.substr(at + 1, kLongestReference - 1);
+    const std::size_t length = rest.find(';');
+    if (length == std::string_view::npos || !isKnownReference(rest.substr(0, length))) return false;
+  }
+  return true;
+}
+
+// Whether all of it is UTF-8, without a NUL byte. Nearly all of a document is ASCII: blocks of it
+// are looked at as a whole.
+bool isPlainText(std::string_view text) {
+  constexpr std::size_t kBlock = 64;  // bytes
+  const auto isAscii = [](const char* block) {
+    std::uint8_t bits = 0;  // the highest is set by a byte beyond ASCII, and by 0 - 1
+    for (std::size_t i = 0; i < kBlock; ++i) {
+      const auto byte = static_cast<std::uint8_t>(block[i]);
+      bits = static_cast<std::uint8_t>(bits | byte | (byte - 1));
+    }
+    return bits < 0x80;
+  };
+  while (!text.empty()) {
+    const bool ascii = text.size() >= kBlock && isAscii(text.data());
+    const std::size_t length = ascii ? kBlock : utf8SequenceLength(text);
+    if (length == 0 || text.front() == '\0') return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<XmlScan> scanXml(std::string_view document) {
   constexpr std::string_view kComment = "<!--";
   constexpr std::string_view kCdata = "<![CDATA[";
-  constexpr std::size_t kLongestReference = 16;
-  bool hasCdata = false;
-  std::size_t quietUntil = 0;  // end of the comment or CDATA section that `at` is in
-  for (std::size_t at = 0; at < document.size();) {
-    const char c = document[at];
+  XmlScan xml{document.size()};
+  std::size_t checked = 0;  // up to here references are known
+  for (std::size_t at = 0; (at = document.find('<', at)) != std::string_view::npos; ++at) {
     const std::string_view rest = document.substr(at);
-    if (c == '\0') return std::nullopt;
-    if (static_cast<std::uint8_t>(c) >= 0x80) {
-      const std::size_t length = utf8SequenceLength(rest);
-      if (length == 0) return std::nullopt;
-      at += length;
-      continue;
+    if (const std::size_t length = endTagLength(rest); length != 0) {
+      xml.length = at + length;
+      break;
     }
-    ++at;
-    if (at <= quietUntil) continue;
-    if (c == '&') {
-      const std::size_t semicolon = rest.substr(0, kLongestReference).find(';');
-      if (semicolon == std::string_view::npos) return std::nullopt;
-      if (!isKnownReference(rest.substr(1, semicolon - 1))) return std::nullopt;
-    } else if (c == '<') {
-      const std::size_t end = endTagLength(rest);
-      if (end != 0) return XmlScan{document.substr(0, at - 1 + end), hasCdata};
-      const bool comment = rest.starts_with(kComment);
-      if (!comment && !rest.starts_with(kCdata)) continue;
-      hasCdata = hasCdata || !comment;
-      const std::size_t inside = at - 1 + (comment ? kComment.size() : kCdata.size());
-      quietUntil = document.find(comment ? "-->" : "]]>", inside);
-      if (quietUntil == std::string_view::npos) return std::nullopt;
-    }
+    if (rest.starts_with("<data") && isEmptyTag(rest)) return std::nullopt;
+    const bool comment = rest.starts_with(kComment);
+    if (!comment && !rest.starts_with(kCdata)) continue;
+    if (!areReferencesKnown(document.substr(checked, at - checked))) return std::nullopt;
+    xml.hasCdata = xml.hasCdata || !comment;
+    at = document.find(comment ? "-->" : "]]>", at + (comment ? kComment : kCdata).size());
+    if (at == std::string_view::npos) return std::nullopt;
+    checked = at;
   }
-  return XmlScan{document, hasCdata};
+  const std::string_view text = document.substr(0, xml.length);
+  if (!areReferencesKnown(text.substr(checked)) || !isPlainText(text)) return std::nullopt;
+  return xml;
 }
 
 }  // namespace platform

@@ -116,7 +116,7 @@ class Asking {
       ask(formatString("SELECT scanned_at FROM _scans WHERE scanned_unix IS NOT NULL ORDER BY"
                        " scanned_unix%s LIMIT 1",
                        order),
-          [time = time](const Statement& row) { *time = row.text(0); });
+          [to = time](const Statement& row) { *to = row.text(0); });
     }
     found_.ages = emptyShares(kAges);
     constexpr std::int64_t kUnseen = Overview::kUnseenDays * kDay;

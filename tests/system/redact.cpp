@@ -73,14 +73,23 @@ TEST_F(Redact, RefusesWhatWouldGiveSecretsAway) {
       {"-o mara-KESTREL.hux",        2, "the name holds a secret of the file (host)"      },
       {"-o a.hux --keep names",      2, "no such kind; the kinds are serial, hardware-add"},
       {"-o folder/a.hux",            2, "No such file or directory"                       },
+      {"-f -o mara.hux",             2, "is the file itself"                              },
+      {"-f -o a.hux --map link",     2, "link: is the file itself"                        },
+      {"-f -o a.hux --map a.hux",    2, "cannot be both"                                  },
+      {"-f -o none/a.hux --map map", 2, "none/a.hux: No such file or directory"           },
       {"--dry-run",                  0, ""                                                },
       {"-o kestrel.hux --keep host", 0, "kept: host"                                      },
   };
+  std::filesystem::create_symlink("mara.hux", "link");
+  const std::string before = fileText("mara.hux");
   for (const auto& [arguments, exitCode, errors] : kCases) {
     const Outcome seen = outcome(kRedact + arguments);
     EXPECT_EQ(seen.exitCode, exitCode) << arguments;
     EXPECT_THAT(seen.errors, HasSubstr(errors)) << arguments;
   }
+  EXPECT_EQ(fileText("mara.hux"), before);
+  EXPECT_FALSE(std::filesystem::exists("a.hux"));
+  EXPECT_FALSE(std::filesystem::exists("map"));  // of nothing
   const std::string counts = outcome(kRedact + "--dry-run --keep user").output;
   EXPECT_THAT(counts, AllOf(HasSubstr("serial                 1       1\n"),
                             HasSubstr("user                   2    kept\n")));

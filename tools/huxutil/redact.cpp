@@ -1,5 +1,10 @@
 #include "redact/redact.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <string>
@@ -76,20 +81,57 @@ std::string fileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);  // all of it without one
 }
 
-int write(const Arguments& arguments, const Redacted& result) {
+// Whether both name one file, which has to be there, or one that is to be made.
+bool isSame(const std::string& a, const std::string& b) {
+  struct stat first {};
+  struct stat second {};
+  if (stat(a.c_str(), &first) != 0 || stat(b.c_str(), &second) != 0) return a == b;
+  return S_ISREG(first.st_mode) && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+// Whether a file that is to be written is another one of this command's, after a message: neither
+// the file itself nor the result may be lost.
+bool writesOver(const Arguments& arguments) {
+  const struct {
+    const std::string& path;
+    const std::string& other;
+    const char* remark;
+  } kPairs[] = {
+      {arguments.output, arguments.file,   "is the file itself, which would be lost"},
+      {arguments.map,    arguments.file,   "is the file itself, which would be lost"},
+      {arguments.map,    arguments.output, "cannot be both the new file and its map"},
+  };
+  const auto* const found = std::ranges::find_if(
+      kPairs, [](const auto& pair) { return !pair.path.empty() && isSame(pair.path, pair.other); });
+  if (found == std::end(kPairs)) return false;
+  printMessage(found->path, found->remark);
+  return true;
+}
+
+// kDone when the result may be handed on, else a code after a message.
+int check(const Arguments& arguments, const Redacted& result) {
   if (!result.inName.empty()) {
     printMessage(arguments.output, "the name holds a secret of the file (" +
                                        namesOf(result.inName) + "); choose another one");
     return kTrouble;
   }
-  if (!result.left.empty()) {
-    printMessage(arguments.file,
-                 "nothing is written: not every " + namesOf(result.left) + " could be replaced");
-    return kNo;
+  if (result.left.empty()) return kDone;
+  printMessage(arguments.file,
+               "nothing is written: not every " + namesOf(result.left) + " could be replaced");
+  return kNo;
+}
+
+// The map first: what cannot be told apart later is not written.
+int write(const Arguments& arguments, const Redacted& result) {
+  if (!arguments.map.empty()) {
+    const int code = writeFile(arguments.map, mapOf(result), arguments.force);
+    if (code != kDone) return code;
   }
   const int code = writeFile(arguments.output, result.file, arguments.force);
-  if (code != kDone || arguments.map.empty()) return code;
-  return writeFile(arguments.map, mapOf(result), arguments.force);
+  struct stat status {};
+  const bool made = !arguments.map.empty() && stat(arguments.map.c_str(), &status) == 0;
+  if (code != kDone && made && S_ISREG(status.st_mode)) unlink(arguments.map.c_str());
+  return code;
 }
 
 }  // namespace
@@ -100,6 +142,7 @@ int runRedact(const Arguments& arguments) {
     printMessage(path, "-o has to name the new file");
     return kTrouble;
   }
+  if (writesOver(arguments)) return kTrouble;
   const auto kept = keptKinds(arguments.kept);
   if (!kept) return kTrouble;
   const auto file = openFile(path);
@@ -114,7 +157,7 @@ int runRedact(const Arguments& arguments) {
     return kTrouble;
   }
   printRemarks(path, *result, *kept);
-  if (!arguments.dryRun) return write(arguments, *result);
-  printCounts(*result);
-  return kDone;
+  if (arguments.dryRun) printCounts(*result);
+  const int code = check(arguments, *result);
+  return code != kDone || arguments.dryRun ? code : write(arguments, *result);
 }

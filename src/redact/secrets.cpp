@@ -9,6 +9,7 @@
 #include "machine/cleanText.h"
 #include "redact/shapes.h"
 #include "redact/spellings.h"
+#include "redact/words.h"
 
 namespace redact {
 
@@ -49,6 +50,46 @@ bool saysNothing(Kind kind, std::string_view text) {
   return std::ranges::all_of(words, isSystemsWord);
 }
 
+// Texts that may hold anybody's words, or the paths of programs.
+bool isPersonal(std::string_view column) {
+  constexpr std::string_view kColumns[] = {"name",      "path",    "info",      "description",
+                                           "signed_by", "parent",  "shell",     "scanner_app",
+                                           "ppd",       "adapter", "disk_model"};
+  return std::ranges::find(kColumns, column) != std::end(kColumns);
+}
+
+// Hexadecimal digits for addresses: hardware addresses of RFC 7042 (2.1.2, 2.2.3) and then such as
+// are locally administered, UUIDs of version 4; network addresses of RFC 5737, RFC 2544 and RFC
+// 3849. What tells that an address holds on one link only is kept: 169.254.0.x (reserved by RFC
+// 3927), and fe80::x.
+std::string tokenOf(const Secret& secret, std::size_t number) {
+  const auto low = static_cast<unsigned>(number);
+  const std::string& canonical = secret.canonical;
+  switch (secret.kind) {
+    case Kind::HardwareAddress:
+      if (canonical.size() == 2 + 16) {
+        return low < 0x100 ? formatString("00005eef100000%02x", low)
+                           : formatString("02005eef%08x", low);
+      }
+      return low < 0x100 ? formatString("00005e0053%02x", low) : formatString("02005e%06x", low);
+    case Kind::Uuid:
+      return formatString("0000000000004000800000%010x", low);
+    case Kind::NetworkAddress:
+      if (canonical.starts_with("6:")) {
+        return (canonical.starts_with("6:fe") ? "fe80::" : "2001:db8::") + formatString("%x", low);
+      }
+      if (canonical.starts_with("4:a9fe")) return formatString("169.254.0.%u", low % 256);
+      if (low <= 3 * 254) {
+        constexpr const char* kNets[] = {"192.0.2", "198.51.100", "203.0.113"};
+        return formatString("%s.%u", kNets[(low - 1) / 254], (low - 1) % 254 + 1);
+      }
+      return formatString("198.%u.%u.%u", 18 + (low >> 16 & 1), low >> 8 & 0xFF, low & 0xFF);
+    default:
+      return formatString("%s-%u", kindNames()[static_cast<std::size_t>(secret.kind)].token.data(),
+                          low);
+  }
+}
+
 }  // namespace
 
 std::string_view nameIn(Kind kind, std::string_view text) {
@@ -59,18 +100,6 @@ std::string_view nameIn(Kind kind, std::string_view text) {
   if (kind == Kind::Host && text.ends_with(".local")) text.remove_suffix(6);
   return text;
 }
-
-namespace {
-
-// Texts that may hold anybody's words, or the paths of programs.
-bool isPersonal(std::string_view column) {
-  constexpr std::string_view kColumns[] = {"name",      "path",    "info",      "description",
-                                           "signed_by", "parent",  "shell",     "scanner_app",
-                                           "ppd",       "adapter", "disk_model"};
-  return std::ranges::find(kColumns, column) != std::end(kColumns);
-}
-
-}  // namespace
 
 std::optional<std::size_t> Secrets::add(Kind kind, std::string_view text,
                                         std::optional<std::size_t> like) {
@@ -193,42 +222,6 @@ bool Secrets::isCommon(const Secret& secret) const {
   if (isFreeText(secret.kind) && texts_.contains(inspect::foldCase(text))) return true;
   return std::ranges::all_of(words, [this](const std::string& word) { return isCommonWord(word); });
 }
-
-namespace {
-
-// Hexadecimal digits for addresses: hardware addresses of RFC 7042 (2.1.2, 2.2.3) and then such as
-// are locally administered, UUIDs of version 4; network addresses of RFC 5737, RFC 2544 and RFC
-// 3849. What tells that an address holds on one link only is kept: 169.254.0.x (reserved by RFC
-// 3927), and fe80::x.
-std::string tokenOf(const Secret& secret, std::size_t number) {
-  const auto low = static_cast<unsigned>(number);
-  const std::string& canonical = secret.canonical;
-  switch (secret.kind) {
-    case Kind::HardwareAddress:
-      if (canonical.size() == 2 + 16) {
-        return low < 0x100 ? formatString("00005eef100000%02x", low)
-                           : formatString("02005eef%08x", low);
-      }
-      return low < 0x100 ? formatString("00005e0053%02x", low) : formatString("02005e%06x", low);
-    case Kind::Uuid:
-      return formatString("0000000000004000800000%010x", low);
-    case Kind::NetworkAddress:
-      if (canonical.starts_with("6:")) {
-        return (canonical.starts_with("6:fe") ? "fe80::" : "2001:db8::") + formatString("%x", low);
-      }
-      if (canonical.starts_with("4:a9fe")) return formatString("169.254.0.%u", low % 256);
-      if (low <= 3 * 254) {
-        constexpr const char* kNets[] = {"192.0.2", "198.51.100", "203.0.113"};
-        return formatString("%s.%u", kNets[(low - 1) / 254], (low - 1) % 254 + 1);
-      }
-      return formatString("198.%u.%u.%u", 18 + (low >> 16 & 1), low >> 8 & 0xFF, low & 0xFF);
-    default:
-      return formatString("%s-%u", kindNames()[static_cast<std::size_t>(secret.kind)].token.data(),
-                          low);
-  }
-}
-
-}  // namespace
 
 void Secrets::giveTokens() {
   std::array<std::size_t, 16> numbers{};

@@ -35,7 +35,7 @@ class Secrets {
   explicit Secrets(std::set<Kind> kept) : kept_(std::move(kept)) {}
   bool keeps(Kind kind) const { return kept_.contains(kind); }
 
-  // What cannot be a secret, by words alone (see isOrdinaryWord), is not taken. `like` is a secret
+  // What cannot be a secret, by words alone (see words.h), is not taken. `like` is a secret
   // whose token stands for this one too: another name of the same person.
   std::optional<std::size_t> add(Kind kind, std::string_view text,
                                  std::optional<std::size_t> like = std::nullopt);

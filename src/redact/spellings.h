@@ -23,10 +23,4 @@ std::vector<std::string> spellingsOf(Kind kind, std::string_view text);
 // "Mara Lindgrove" has "mara", "lindgrove", "mlindgrove".
 std::vector<std::string> partsOf(Kind kind, std::string_view text);
 
-// Words that say nothing about anybody: "macbook", "backup", "ethernet", "admin".
-bool isOrdinaryWord(std::string_view word);
-
-// Words of the names that the system itself gives to volumes, network services and devices.
-bool isSystemsWord(std::string_view word);
-
 }  // namespace redact

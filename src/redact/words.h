@@ -1,0 +1,23 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+// What is known of words and letters.
+
+namespace redact {
+
+// Words that say nothing about anybody: "macbook", "backup", "ethernet", "admin".
+bool isOrdinaryWord(std::string_view word);
+
+// Words of the names that the system itself gives to volumes, network services and devices.
+bool isSystemsWord(std::string_view word);
+
+// A small letter with an accent: composed, and the letter that the accent (U+0300 and on) follows.
+struct Accent {
+  std::string_view composed;
+  std::string_view decomposed;
+};
+std::span<const Accent> accents();
+
+}  // namespace redact

@@ -55,7 +55,7 @@ std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
     std::string serial(first, std::find(first, first + kText, std::uint8_t{'\n'}));
     TrimChars(serial, std::string_view(" \0", 2), kTrimBoth);
     if (const auto token = find(serial)) {
-      std::string text = formatString("%u\n", kFirstDisplayNumber + *token);
+      std::string text = formatString("%u\n", *token);
       text.resize(kText, ' ');
       std::ranges::copy(text, first);
       last = *token;
@@ -66,9 +66,8 @@ std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
   const auto token = statesDisplay(number) ? find(formatString("%u", number)) : std::nullopt;
   if (token || (last != 0 && statesDisplay(number))) {
     last = token.value_or(last);
-    const unsigned now = kFirstDisplayNumber + last;
     for (std::size_t i = 0; i < 4; ++i)
-      bytes[12 + i] = static_cast<std::uint8_t>(now >> (8 * i) & 0xFF);
+      bytes[12 + i] = static_cast<std::uint8_t>(last >> (8 * i) & 0xFF);
   }
   if (last == 0) return std::nullopt;
   setCheckSum(bytes);

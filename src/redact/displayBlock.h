@@ -9,9 +9,6 @@
 
 namespace redact {
 
-// Numbers that stand for serial numbers of displays where only a number can stand.
-inline constexpr unsigned kFirstDisplayNumber = 1000;
-
 // Whether the number in a display's block is one; some stand in for a missing one.
 bool statesDisplay(std::uint32_t number);
 

@@ -96,6 +96,12 @@ bool goesOn(std::string_view text, std::size_t at) {
   return !(at >= 2 && text.substr(at - 2, 2) == "\xC2\xA0");
 }
 
+// Whether a token would run into the number behind it: "USER-1" and the "2" of "mara2".
+bool runsOn(std::string_view text, std::size_t end, std::string_view token) {
+  const bool numbered = !tokensIn(token).empty();
+  return numbered && end < text.size() && isDigit(text[end]);
+}
+
 // Whether four numbers of a network address are a part of more.
 bool goesOnAsVersion(std::string_view text, std::size_t begin, std::size_t end, Kind kind) {
   if (kind != Kind::NetworkAddress) return false;
@@ -211,6 +217,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
     if (kind && !isWholeKind(*kind) && !field.data)
       addField(valueOf(text, field, form), field, *kind, secrets);
   });
+  secrets.addTokens(text);
   findShapes(text, [&](const Shape& shape) {
     const bool mayBeVersion = shape.canonical.starts_with("4:");
     if (mayBeVersion && !liesIn(plain, shape.begin, shape.end)) return;
@@ -298,10 +305,11 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
   auto block =
       displayBlockWithout(value, [this](const std::string& serial) -> std::optional<unsigned> {
         const auto id = idOf(canonicalOf(Kind::Serial, serial));
-        return id ? std::optional(static_cast<unsigned>(*id + 1)) : std::nullopt;
+        return id ? std::optional(secrets_->numberOf(*id)) : std::nullopt;
       });
   if (!block) return std::nullopt;
-  return Edit{field.begin, field.end, block->second - 1, std::move(block->first)};
+  return Edit{field.begin, field.end, block->second - secrets_->numberOf(0),
+              std::move(block->first)};
 }
 
 // The same of a text that is a secret from its begin to its end.
@@ -313,9 +321,9 @@ std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field,
   const auto id = plain.empty() ? std::nullopt : idOf(canonicalOf(kind, plain));
   if (!id) return std::nullopt;
   const Range name = nameRange(text, field, kind);
-  return Edit{name.first, name.second, *id,
-              number ? formatString("%zx", kFirstDisplayNumber + 1 + *id)
-                     : rendered((*secrets_)[*id], plain)};
+  return Edit{
+      name.first, name.second, *id,
+      number ? formatString("%x", secrets_->numberOf(*id)) : rendered((*secrets_)[*id], plain)};
 }
 
 // The secret of that form; nothing when there is none, or when it is one that is kept.
@@ -343,11 +351,15 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
     whole.emplace_back(edit->begin, edit->end);
     edits.push_back(std::move(*edit));
   });
+  std::vector<Range> tokens;
+  for (const Token& token : tokensIn(text)) tokens.emplace_back(token.begin, token.end);
   const auto give = [&](std::size_t begin, std::size_t end, std::size_t id) {
     const auto next = std::ranges::lower_bound(whole, end, {}, &Range::first);
     const bool taken = next != whole.begin() && std::prev(next)->second > begin;
-    if (taken || secrets_->keeps((*secrets_)[id].kind)) return;
-    edits.push_back({begin, end, id, rendered((*secrets_)[id], text.substr(begin, end - begin))});
+    if (taken || liesIn(tokens, begin, end) || secrets_->keeps((*secrets_)[id].kind)) return;
+    std::string token = rendered((*secrets_)[id], text.substr(begin, end - begin));
+    if (runsOn(text, end, token)) token += '_';
+    edits.push_back({begin, end, id, std::move(token)});
   };
   const std::string folded = inspect::foldCase(text);
   matcher_->find(folded, [&](std::size_t begin, std::size_t end, std::size_t at) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/digits.h"
+
 namespace redact {
 
 namespace {
@@ -35,6 +37,29 @@ std::optional<Kind> findKind(std::string_view name) {
   const auto found = std::ranges::find(kNames, name, &KindName::name);
   if (found == std::end(kNames)) return std::nullopt;
   return static_cast<Kind>(found - std::begin(kNames));
+}
+
+std::vector<Token> tokensIn(std::string_view text) {
+  constexpr std::size_t kMost = 6;  // digits: more than there are secrets in a file
+  const auto isLetter = [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
+  std::vector<Token> tokens;
+  for (std::size_t at = text.find_first_of("- "); at != std::string_view::npos;
+       at = text.find_first_of("- ", at + 1)) {
+    std::size_t end = at + 1;
+    std::size_t number = 0;
+    while (end < text.size() && isDigit(text[end]) && end - at <= kMost)
+      number = 10 * number + static_cast<std::size_t>(text[end++] - '0');
+    if (number == 0 || text[at + 1] == '0' || (end < text.size() && isDigit(text[end]))) continue;
+    const std::string_view before = text.substr(0, at);
+    const auto* const found = std::ranges::find_if(kNames, [before](const KindName& name) {
+      return !name.token.empty() && before.ends_with(name.token);
+    });
+    if (found == std::end(kNames)) continue;
+    const std::size_t begin = at - found->token.size();
+    if (begin > 0 && isLetter(text[begin - 1])) continue;
+    tokens.push_back({begin, end, static_cast<Kind>(found - std::begin(kNames)), number});
+  }
+  return tokens;
 }
 
 std::optional<Kind> kindOf(std::string_view table, machine::Secret secret) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "machine/schema.h"
 
@@ -34,6 +36,17 @@ struct KindName {
 std::span<const KindName> kindNames();
 std::string_view nameOf(Kind kind);
 std::optional<Kind> findKind(std::string_view name);
+
+// A token in a text: "SERIAL-1", and "HOST 2" where the network does not name it.
+struct Token {
+  std::size_t begin;
+  std::size_t end;
+  Kind kind;
+  std::size_t number;
+};
+
+// Those of a text, in order.
+std::vector<Token> tokensIn(std::string_view text);
 
 // What a secret of that table is; nothing of one that is none. A path that may lie in a home folder
 // gives away a user.

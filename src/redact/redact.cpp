@@ -119,6 +119,7 @@ std::string fileOf(std::string sections, std::string_view header) {
 
 void report(const Secrets& secrets, Redacted& result) {
   result.everybodys = secrets.everybodys();
+  result.tokens = secrets.tokens();
   result.counts.resize(kindNames().size());
   result.kept.resize(kindNames().size());
   for (std::size_t kind = 0; kind < kindNames().size(); ++kind) {

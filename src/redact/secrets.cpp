@@ -1,7 +1,7 @@
 #include "redact/secrets.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdlib>
 
 #include "base/formatString.h"
 #include "base/text.h"
@@ -33,6 +33,11 @@ bool isToken(std::string_view text) {
          text.find('_') != std::string_view::npos &&
          std::ranges::any_of(kBegins,
                              [text](std::string_view begin) { return text.starts_with(begin); });
+}
+
+bool isTokenAlone(std::string_view text) {
+  const auto tokens = tokensIn(text);
+  return tokens.size() == 1 && tokens.front().begin == 0 && tokens.front().end == text.size();
 }
 
 // A name that every machine has.
@@ -114,12 +119,18 @@ std::optional<std::size_t> Secrets::add(Kind kind, std::string_view text,
   if (apostrophe != std::string::npos) canonical->replace(apostrophe, 3, "'");
   const std::size_t next = secrets_.size();
   addCanonical(kind, text, *canonical);
-  const std::size_t id = byCanonical_.at(*canonical);
+  const auto found = byCanonical_.find(*canonical);
+  if (found == byCanonical_.end()) return std::nullopt;
+  const std::size_t id = found->second;
   if (like && id == next && *like != id) like_[id] = *like;
   return id;
 }
 
 void Secrets::addCanonical(Kind kind, std::string_view text, const std::string& canonical) {
+  if (isTokenAlone(text)) {
+    tokens_.emplace(text);
+    return;
+  }
   const auto [place, isNew] = byCanonical_.emplace(canonical, secrets_.size());
   if (isNew) {
     secrets_.push_back({kind, std::string(text), canonical, "", false, 0});
@@ -223,8 +234,15 @@ bool Secrets::isCommon(const Secret& secret) const {
   return std::ranges::all_of(words, [this](const std::string& word) { return isCommonWord(word); });
 }
 
+void Secrets::addTokens(std::string_view text) {
+  for (const Token& token : tokensIn(text)) {
+    std::size_t& highest = numbers_[static_cast<std::size_t>(token.kind)];
+    highest = std::max(highest, token.number);
+  }
+}
+
 void Secrets::giveTokens() {
-  std::array<std::size_t, 16> numbers{};
+  constexpr std::size_t kMost = 1 << 18;  // addresses of documents come to an end
   for (std::size_t id = 0; id < secrets_.size(); ++id) {
     Secret& secret = secrets_[id];
     secret.common = isCommon(secret);
@@ -233,11 +251,27 @@ void Secrets::giveTokens() {
       secret.token = secrets_[like->second].token;
       continue;
     }
-    std::size_t& number = numbers[static_cast<std::size_t>(secret.kind)];
+    std::size_t& number = numbers_[static_cast<std::size_t>(secret.kind)];
     do {
       secret.token = tokenOf(secret, ++number);
-      // A token that is a secret itself, in a file that was redacted before or that documents use.
-    } while (byCanonical_.contains(canonicalOf(secret.kind, secret.token).value_or("")));
+      // One that is a secret itself, in a file that was redacted before or that documents use.
+    } while (number < kMost &&
+             byCanonical_.contains(canonicalOf(secret.kind, secret.token).value_or("")));
+  }
+  chooseNumbers();
+}
+
+// Behind every number that is a secret as it is or in hexadecimal.
+void Secrets::chooseNumbers() {
+  constexpr std::size_t kMostDigits = 8;
+  std::set<unsigned long> taken;
+  for (const Secret& secret : secrets_) {
+    if (secret.kind != Kind::Serial || secret.text.size() > kMostDigits) continue;
+    for (const int base : {10, 16}) taken.insert(std::strtoul(secret.text.c_str(), nullptr, base));
+  }
+  for (const unsigned long number : taken) {
+    if (number >= firstNumber_ + secrets_.size()) break;
+    if (number >= firstNumber_) firstNumber_ = static_cast<unsigned>(number) + 1;
   }
 }
 

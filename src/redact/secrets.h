@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <set>
@@ -39,6 +40,7 @@ class Secrets {
   // whose token stands for this one too: another name of the same person.
   std::optional<std::size_t> add(Kind kind, std::string_view text,
                                  std::optional<std::size_t> like = std::nullopt);
+  // A token of an earlier redaction is none either, and stays.
   void addCanonical(Kind kind, std::string_view text, const std::string& canonical);
 
   // Every column that holds a secret; those of commands and variables, which are looked for at
@@ -49,6 +51,9 @@ class Secrets {
   void addVocabulary(const machine::Description& machine);
   void addVocabulary(std::string_view text);
 
+  // Tokens that are there already, for none to be given again.
+  void addTokens(std::string_view text);
+
   // Decides which are common and gives each its token, of which none is a secret of this file.
   void giveTokens();
 
@@ -58,6 +63,10 @@ class Secrets {
   std::size_t size() const { return secrets_.size(); }
   // What stood where secrets stand, and is what every Mac has: "root", "Ethernet".
   const std::set<std::string>& everybodys() const { return everybodys_; }
+  // What stood where secrets stand, and looks like a token: "HOST-1".
+  const std::set<std::string>& tokens() const { return tokens_; }
+  // The number that stands for a secret where only a number can: no secret itself.
+  unsigned numberOf(std::size_t id) const { return firstNumber_ + static_cast<unsigned>(id); }
   bool isCommonWord(const std::string& word) const;
 
  private:
@@ -65,6 +74,7 @@ class Secrets {
   std::optional<std::size_t> addItems(Kind kind, std::string_view text, bool list,
                                       std::optional<std::size_t> like);
   bool isCommon(const Secret& secret) const;
+  void chooseNumbers();
 
   std::set<Kind> kept_;
   std::vector<Secret> secrets_;
@@ -73,6 +83,9 @@ class Secrets {
   std::unordered_set<std::string> vocabulary_;
   std::unordered_set<std::string> texts_;  // of columns that hold no secret
   std::set<std::string> everybodys_;
+  std::set<std::string> tokens_;
+  std::array<std::size_t, 16> numbers_{};  // the highest of the tokens, by kind
+  unsigned firstNumber_ = 1001;
 };
 
 }  // namespace redact

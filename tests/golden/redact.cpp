@@ -154,7 +154,7 @@ class RedactedMachine : public testing::TestWithParam<Machine> {};
 
 }  // namespace
 
-TEST_P(RedactedMachine, HoldsNoSecretAndIsOtherwiseTheSame) {
+TEST_P(RedactedMachine, HoldsNoSecretAndIsOtherwiseTheSameAlsoTwice) {
   scan(GetParam(), [](const Container& file) {
     FakeHost host;
     const auto machine = machine::describe(file, host);
@@ -164,6 +164,12 @@ TEST_P(RedactedMachine, HoldsNoSecretAndIsOtherwiseTheSame) {
     const auto after = Container::parse(result->file);
     ASSERT_TRUE(after) << after.error().message;
     Check(file, *machine, *after, *result).tables();
+    const auto again = redact::redact(*after, host, {}, "");
+    ASSERT_TRUE(again);
+    EXPECT_TRUE(again->left.empty());
+    for (const redact::Kind kind : {redact::Kind::User, redact::Kind::Host, redact::Kind::Volume}) {
+      EXPECT_EQ(again->counts[static_cast<std::size_t>(kind)].values, 0U) << redact::nameOf(kind);
+    }
   });
 }
 

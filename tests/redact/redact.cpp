@@ -75,7 +75,7 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"x=/Users/mara/a",                                  "x=/Users/USER-1/a"                                   },
       {"x=MARA's and Mara’s",                              "x=USER-1's and USER-1’s"                             },
       {"x=Tamara's marathon, Maras, maraï",                "x=Tamara's marathon, Maras, maraï"                   },
-      {"x=mara2 %2Fmara%20 file:mara_x",                   "x=USER-12 %2FUSER-1%20 file:USER-1_x"                },
+      {"x=mara2 %2Fmara%20 file:mara_x",                   "x=USER-1_2 %2FUSER-1%20 file:USER-1_x"                },
       {"x=mara ekstro\xCC\x88m Ekstr%C3%B6m mara.ekstrom", "x=USER-1 USER-1 USER-1"                              },
       {"x=mara-kestrel.local Kestrel MARA-KESTREL",        "x=HOST-1.local HOST-1 HOST-1"                        },
       {"x=m.e@mail.example.com",                           "x=USER-3"                                            },
@@ -88,6 +88,9 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"*env-var:U=U\nvalue=mara",                         "*env-var:U=U\nvalue=USER-1"                          },
       {"*env-var:K=K\nvalue=k3y0fMara71\nx=ak3y0fMara71",   "*env-var:K=K\nvalue=VALUE-1\nx=ak3y0fMara71"         },
       {"*env-var:K=K\nvalue=k3y0fMara715\nx=k3y0fmara715",  "*env-var:K=K\nvalue=VALUE-1\nx=VALUE-1"              },
+      // tokens of an earlier redaction
+      {"*process:1=a\nuser=USER-14\nx=HOST 12 user-14",      "*process:1=a\nuser=USER-14\nx=HOST 12 user-14"    },
+      {"*process:1=a\nuser=noor\nx=USER-14",               "*process:1=a\nuser=USER-17\nx=USER-14"            },
       // numbers and addresses, in their own spelling
       {"x=--serial=c02xk0aajg5h_1",                        "x=--serial=SERIAL-1_1"                               },
       {"x=f8:4d:89:00:11:22 F84D89001122 f84d.8900.1122",
@@ -137,6 +140,9 @@ TEST(Redact, ReplacesWhatOnlyTheProfilersDocumentHas) {
        "<key>local_host_name</key><string>Mara&#8217;s Kestrel</string><key>b</key><string>maras-kestrel &amp; "
        "Mara&apos;s Kestrel</string>",
        "<key>local_host_name</key><string>HOST 1</string><key>b</key><string>HOST-1 &amp; HOST 1</string>"},
+      {"SPDisplaysDataType",
+       "<key>_spdisplays_display-serial-number</key><string>3e9</string><key>x_serial</key><string>1002</string>",
+       "<key>_spdisplays_display-serial-number</key><string>3eb</string><key>x_serial</key><string>SERIAL-2</string>"},
       {"SPBluetoothDataType", "<key>Noor’s Mouse</key><dict><key>device_name</key><string>noor's mouse</string></dict>",
        "<key>DEVICE-1</key><dict><key>device_name</key><string>DEVICE-1</string></dict>"},
       {"SPAirPortDataType",

@@ -69,6 +69,7 @@ void printRemarks(const std::string& path, const Redacted& result, const std::se
   if (!kept.empty()) printMessage(path, "kept: " + namesOf(kept));
   printWords(path, "too common to be replaced anywhere but in their own places: ", result.common);
   printWords(path, "left, being what every Mac has: ", result.everybodys);
+  printWords(path, "left, being tokens already: ", result.tokens);
 }
 
 std::string mapOf(const Redacted& result) {

@@ -1,6 +1,7 @@
 #include "redact/finder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -221,8 +222,8 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
   findShapes(text, [&](const Shape& shape) {
     const bool mayBeVersion = shape.canonical.starts_with("4:");
     if (mayBeVersion && !liesIn(plain, shape.begin, shape.end)) return;
-    secrets.addCanonical(shape.kind, text.substr(shape.begin, shape.end - shape.begin),
-                         shape.canonical);
+    secrets.addShape(shape.kind, text.substr(shape.begin, shape.end - shape.begin),
+                     shape.canonical);
   });
 }
 
@@ -245,53 +246,85 @@ std::optional<Finder> Finder::make(const Secrets& secrets) {
   return finder;
 }
 
-void Finder::add(std::string text, std::size_t id, bool anywhere, std::size_t skip, bool common) {
-  if (text.empty() || bytes_ > Matcher::kMostNodes) return;  // too many in all
-  bytes_ += text.size();
-  patterns_.push_back({std::move(text), id, skip, common, anywhere});
+void Finder::add(Pattern pattern) {
+  if (pattern.text.empty() || bytes_ > Matcher::kMostNodes) return;  // too many in all
+  bytes_ += pattern.text.size();
+  patterns_.push_back(std::move(pattern));
 }
 
-void Finder::addPatterns(std::size_t id) {
+void Finder::addAddress(std::size_t id) {
   const Secret& secret = (*secrets_)[id];
-  const std::string digits = secret.canonical.substr(2);
-  if (secret.kind == Kind::HardwareAddress || secret.kind == Kind::Uuid) {
-    constexpr std::ptrdiff_t kTelling = 5;  // digits that are not 0 do not stand together by chance
-    if (std::ranges::count_if(digits, [](char c) { return c != '0'; }) < kTelling) return;
-    add(digits, id, true);
-    if (digits.size() == 12)
-      add(digits.substr(0, 4) + '.' + digits.substr(4, 4) + '.' + digits.substr(8), id, true);
-    return;
-  }
   if (secret.kind == Kind::NetworkAddress) {
     if (!secret.canonical.starts_with("4:")) return;
     for (const char separator : {'.', '-', '_'}) {
       std::string text = secret.text;
       std::ranges::replace(text, '.', separator);
-      add(text, id);
+      add({.text = std::move(text), .secret = id});
     }
+    return;
+  }
+  const std::string digits = secret.canonical.substr(2);
+  constexpr std::ptrdiff_t kTelling = 5;  // digits that are not 0 do not stand together by chance
+  if (std::ranges::count_if(digits, [](char c) { return c != '0'; }) < kTelling) return;
+  add({.text = digits, .secret = id, .anywhere = true});
+  if (digits.size() != 12) return;
+  add({.text = digits.substr(0, 4).append(".").append(digits, 4, 4).append(".").append(digits, 8),
+       .secret = id,
+       .anywhere = true});
+}
+
+void Finder::addPatterns(std::size_t id) {
+  const Secret& secret = (*secrets_)[id];
+  if (isAddress(secret.kind)) {
+    addAddress(id);
     return;
   }
   if (secret.kind == Kind::Arguments || (secret.common && secret.kind == Kind::Environment)) return;
   constexpr std::size_t kLongest = 256;  // bytes; longer texts are looked for at their own places
   if (secret.text.size() > kLongest) return;
+  const bool placed = secret.kind == Kind::User || secret.kind == Kind::Host;
   for (const std::string& form : spellingsOf(secret.kind, secret.text)) {
     constexpr std::size_t kTelling = 8;
     const bool telling = secret.kind == Kind::Serial && form.size() >= kTelling;
-    if (secret.kind == Kind::Volume) add("/volumes/" + form, id, false, 9);
-    if (!secret.common || secret.kind == Kind::User || secret.kind == Kind::Host) {
-      add(form, id, telling && !secret.common, 0, secret.common);
-    }
+    if (secret.kind == Kind::Volume) add({.text = "/volumes/" + form, .secret = id, .skip = 9});
+    if (secret.common && !placed) continue;
+    add({.text = form,
+         .secret = id,
+         .common = secret.common,
+         .anywhere = telling && !secret.common,
+         .person = secret.kind == Kind::User});
   }
 }
 
 void Finder::addParts(std::size_t id) {
   const Secret& secret = (*secrets_)[id];
-  constexpr std::size_t kLongest = 256;  // bytes
-  if (secret.text.size() > kLongest) return;
+  constexpr std::size_t kLongest = 256;                                            // bytes
+  const bool mail = secret.byShape && secret.text.find('@') != std::string::npos;  // of strangers
+  if (secret.text.size() > kLongest || mail) return;
   for (const std::string& part : partsOf(secret.kind, secret.text)) {
     if (secrets_->isCommonWord(part)) continue;
-    for (const std::string& form : spellingsOf(Kind::User, part)) add(form, id);
+    for (const std::string& form : spellingsOf(Kind::User, part))
+      add({.text = form, .secret = id, .part = true, .person = true});
   }
+}
+
+// Where what is to be replaced ends; nothing when it is a part of a longer word. Languages without
+// an apostrophe, and names on a network, have an "s" behind a person's name, and Macs are called
+// "marasmacbook".
+std::optional<std::size_t> Finder::endOf(std::string_view text, std::size_t begin, std::size_t end,
+                                         const Pattern& pattern) const {
+  if (pattern.anywhere) return end;
+  if (goesOn(text, begin)) return std::nullopt;
+  if (!goesOn(text, end)) return end;
+  constexpr std::size_t kShortest = 3;  // letters
+  if (!pattern.person || letterCount(pattern.text) < kShortest) return std::nullopt;
+  const std::string_view rest = text.substr(end);
+  const auto follows = [rest](std::string_view word) { return rest.starts_with(word); };
+  if (std::ranges::any_of(std::array{"smac", "simac"}, follows)) return end + 1;
+  if (std::ranges::any_of(std::array{"macbook", "imac"}, follows)) return end;
+  if (!follows("s") || goesOn(text, end + 1)) return std::nullopt;
+  const bool common = secrets_->isCommonWord(std::string(text.substr(begin, end + 1 - begin)));
+  return common ? std::nullopt : std::optional(end + 1);
 }
 
 // What is to stand in the place of a display's block or of bytes; nothing when it holds no secret.
@@ -300,7 +333,7 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
   if (field.data) {
     const auto within = find(decoded(value), Form::None);
     if (within.empty()) return std::nullopt;
-    return Edit{field.begin, field.end, within.front().secret, ""};
+    return Edit{field.begin, field.end, within.front().secret, "", false};
   }
   auto block =
       displayBlockWithout(value, [this](const std::string& serial) -> std::optional<unsigned> {
@@ -309,7 +342,7 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
       });
   if (!block) return std::nullopt;
   return Edit{field.begin, field.end, block->second - secrets_->numberOf(0),
-              std::move(block->first)};
+              std::move(block->first), false};
 }
 
 // The same of a text that is a secret from its begin to its end.
@@ -323,7 +356,8 @@ std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field,
   const Range name = nameRange(text, field, kind);
   return Edit{
       name.first, name.second, *id,
-      number ? formatString("%x", secrets_->numberOf(*id)) : rendered((*secrets_)[*id], plain)};
+      number ? formatString("%x", secrets_->numberOf(*id)) : rendered((*secrets_)[*id], plain),
+      false};
 }
 
 // The secret of that form; nothing when there is none, or when it is one that is kept.
@@ -353,24 +387,26 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
   });
   std::vector<Range> tokens;
   for (const Token& token : tokensIn(text)) tokens.emplace_back(token.begin, token.end);
-  const auto give = [&](std::size_t begin, std::size_t end, std::size_t id) {
+  const auto give = [&](std::size_t begin, std::size_t end, const Pattern& pattern) {
+    const std::size_t id = pattern.secret;
     const auto next = std::ranges::lower_bound(whole, end, {}, &Range::first);
     const bool taken = next != whole.begin() && std::prev(next)->second > begin;
     if (taken || liesIn(tokens, begin, end) || secrets_->keeps((*secrets_)[id].kind)) return;
     std::string token = rendered((*secrets_)[id], text.substr(begin, end - begin));
     if (runsOn(text, end, token)) token += '_';
-    edits.push_back({begin, end, id, std::move(token)});
+    edits.push_back({begin, end, id, std::move(token), pattern.part});
   };
   const std::string folded = inspect::foldCase(text);
   matcher_->find(folded, [&](std::size_t begin, std::size_t end, std::size_t at) {
     const Pattern& pattern = patterns_[at];
-    if (!pattern.anywhere && (goesOn(folded, begin) || goesOn(folded, end))) return;
-    if (goesOnAsVersion(folded, begin, end, (*secrets_)[pattern.secret].kind)) return;
-    if (pattern.common && !liesIn(places, begin, end)) return;
-    give(begin + pattern.skip, end, pattern.secret);
+    const auto last = endOf(folded, begin, end, pattern);
+    if (!last || goesOnAsVersion(folded, begin, end, (*secrets_)[pattern.secret].kind)) return;
+    if (pattern.common && !liesIn(places, begin, *last)) return;
+    give(begin + pattern.skip, *last, pattern);
   });
   findShapes(text, [&](const Shape& shape) {
-    if (const auto id = idOf(shape.canonical)) give(shape.begin, shape.end, *id);
+    if (const auto id = idOf(shape.canonical))
+      give(shape.begin, shape.end, {.text = {}, .secret = *id});
   });
   return chosen(std::move(edits));
 }

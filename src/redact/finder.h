@@ -18,6 +18,7 @@ struct Edit {
   std::size_t end;
   std::size_t secret;
   std::string text;
+  bool part;  // of the secret, not the whole of it
 };
 
 // What stands for the secret as it was first found.
@@ -46,9 +47,11 @@ class Finder {
   struct Pattern {
     std::string text;
     std::size_t secret;
-    std::size_t skip;  // bytes at its begin that stay
-    bool common;       // counts at places of its own kind only
-    bool anywhere;     // also within words
+    std::size_t skip = 0;   // bytes at its begin that stay
+    bool common = false;    // counts at places of its own kind only
+    bool anywhere = false;  // also within words
+    bool part = false;      // of its secret
+    bool person = false;    // names one
   };
 
   explicit Finder(const Secrets& secrets) : secrets_(&secrets) {}
@@ -57,9 +60,11 @@ class Finder {
                                 Form form) const;
   std::optional<std::size_t> idOf(const std::optional<std::string>& canonical) const;
   void addPatterns(std::size_t id);
+  void addAddress(std::size_t id);
   void addParts(std::size_t id);
-  void add(std::string text, std::size_t id, bool anywhere = false, std::size_t skip = 0,
-           bool common = false);
+  void add(Pattern pattern);
+  std::optional<std::size_t> endOf(std::string_view text, std::size_t begin, std::size_t end,
+                                   const Pattern& pattern) const;
 
   const Secrets* secrets_;
   std::vector<Pattern> patterns_;

@@ -33,6 +33,10 @@ std::string_view nameOf(Kind kind) {
   return kNames[static_cast<std::size_t>(kind)].name;
 }
 
+bool isAddress(Kind kind) {
+  return kind == Kind::HardwareAddress || kind == Kind::NetworkAddress || kind == Kind::Uuid;
+}
+
 std::optional<Kind> findKind(std::string_view name) {
   const auto found = std::ranges::find(kNames, name, &KindName::name);
   if (found == std::end(kNames)) return std::nullopt;

@@ -5,6 +5,7 @@
 
 #include "base/bytes.h"
 #include "base/formatString.h"
+#include "base/text.h"
 #include "huxread/layout.h"
 #include "keva/deflate.h"
 #include "machine/describe.h"
@@ -60,7 +61,10 @@ class Editor {
 
   std::string edit(std::string_view text, Form form) {
     const std::vector<Edit> edits = finder_.find(text, form);
-    for (const Edit& edit : edits) ++secrets_[edit.secret].places;
+    for (const Edit& edit : edits) {
+      ++secrets_[edit.secret].places;
+      if (edit.part) result_.parts.insert(toLower(text.substr(edit.begin, edit.end - edit.begin)));
+    }
     std::string result = edited(text, edits);
     for (const Edit& edit : finder_.find(result, form))
       result_.left.insert(secrets_[edit.secret].kind);

@@ -29,6 +29,7 @@ struct Redacted {
   std::vector<std::pair<std::string, std::string>> pairs;  // what became what, by kind
   std::vector<std::string> common;                         // were replaced at their own places only
   std::set<std::string> everybodys;  // were left, being what every Mac has: "root", "Ethernet"
+  std::set<std::string> parts;       // of names, that were replaced where they stood alone
   std::set<std::string> tokens;      // were left, as they look like tokens already
   std::set<Kind> left;  // of which something is in the result all the same: a fault of this program
   std::set<Kind> inName;  // of which something is in the name

@@ -15,10 +15,6 @@ namespace redact {
 
 namespace {
 
-bool isAddress(Kind kind) {
-  return kind == Kind::HardwareAddress || kind == Kind::NetworkAddress || kind == Kind::Uuid;
-}
-
 bool isFreeText(Kind kind) {
   return kind == Kind::Volume || kind == Kind::Network || kind == Kind::Printer ||
          kind == Kind::Device;
@@ -122,8 +118,15 @@ std::optional<std::size_t> Secrets::add(Kind kind, std::string_view text,
   const auto found = byCanonical_.find(*canonical);
   if (found == byCanonical_.end()) return std::nullopt;
   const std::size_t id = found->second;
+  secrets_[id].byShape = false;
   if (like && id == next && *like != id) like_[id] = *like;
   return id;
+}
+
+void Secrets::addShape(Kind kind, std::string_view text, const std::string& canonical) {
+  const std::size_t next = secrets_.size();
+  addCanonical(kind, text, canonical);
+  if (secrets_.size() > next) secrets_.back().byShape = true;
 }
 
 void Secrets::addCanonical(Kind kind, std::string_view text, const std::string& canonical) {
@@ -133,7 +136,7 @@ void Secrets::addCanonical(Kind kind, std::string_view text, const std::string& 
   }
   const auto [place, isNew] = byCanonical_.emplace(canonical, secrets_.size());
   if (isNew) {
-    secrets_.push_back({kind, std::string(text), canonical, "", false, 0});
+    secrets_.push_back({kind, std::string(text), canonical, "", false, 0, false});
   } else if (kind == Kind::Host && isFreeText(secrets_[place->second].kind)) {
     secrets_[place->second].kind = kind;  // what is called like the machine is called after it
   }

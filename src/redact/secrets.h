@@ -23,6 +23,7 @@ struct Secret {
   std::string token;       // what stands for it; of hexadecimal addresses the digits
   bool common = false;     // too common a word to be looked for anywhere but at its own places
   std::size_t places = 0;  // how often it was found
+  bool byShape = false;    // only: its place did not say what it is
 };
 
 // A text without what every one of its kind begins or ends with: "/Volumes/", "ipp://", ".local".
@@ -36,12 +37,12 @@ class Secrets {
   explicit Secrets(std::set<Kind> kept) : kept_(std::move(kept)) {}
   bool keeps(Kind kind) const { return kept_.contains(kind); }
 
-  // What cannot be a secret, by words alone (see words.h), is not taken. `like` is a secret
+  // What cannot be a secret, by words alone (see words.h), is not taken, nor is a token of an
+  // earlier redaction. `like` is a secret
   // whose token stands for this one too: another name of the same person.
   std::optional<std::size_t> add(Kind kind, std::string_view text,
                                  std::optional<std::size_t> like = std::nullopt);
-  // A token of an earlier redaction is none either, and stays.
-  void addCanonical(Kind kind, std::string_view text, const std::string& canonical);
+  void addShape(Kind kind, std::string_view text, const std::string& canonical);
 
   // Every column that holds a secret; those of commands and variables, which are looked for at
   // their places only, left out.
@@ -73,6 +74,7 @@ class Secrets {
   // Those of a list have ", " between them.
   std::optional<std::size_t> addItems(Kind kind, std::string_view text, bool list,
                                       std::optional<std::size_t> like);
+  void addCanonical(Kind kind, std::string_view text, const std::string& canonical);
   bool isCommon(const Secret& secret) const;
   void chooseNumbers();
 

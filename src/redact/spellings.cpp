@@ -44,12 +44,18 @@ std::string composed(std::string text) {
 Texts accentForms(const std::string& text) {
   std::string decomposed = text;
   std::string plain = text;
+  std::string sound = text;
+  for (const auto& letter : letters()) {
+    sound = replaced(std::move(sound), letter.letter, letter.sound);
+    if (!letter.plain.empty()) plain = replaced(std::move(plain), letter.letter, letter.plain);
+  }
   for (const auto& accent : accents()) {
     decomposed = replaced(std::move(decomposed), accent.composed, accent.decomposed);
     plain = replaced(std::move(plain), accent.composed, accent.decomposed.substr(0, 1));
+    sound = replaced(std::move(sound), accent.composed, accent.decomposed.substr(0, 1));
   }
-  if (decomposed == text) return {text};
-  return {text, decomposed, plain};
+  if (decomposed == text && plain == text) return {text};
+  return {text, decomposed, plain, sound};
 }
 
 std::string percentEncoded(std::string_view text) {
@@ -116,7 +122,36 @@ Texts serialForms(const std::string& text) {
   return {forms.begin(), forms.end()};
 }
 
+bool isWithin(char c) {  // a letter, in UTF-8
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+std::string firstLetter(std::string_view word) {
+  std::size_t end = std::min<std::size_t>(1, word.size());
+  while (end < word.size() && isWithin(word[end])) ++end;
+  return std::string(word.substr(0, end));
+}
+
+// Names with an apostrophe behind one or two letters, in small ones: "o'brien", "d'angelo".
+Texts ownedNames(std::string_view text) {
+  std::string folded = composed(inspect::foldCase(text));
+  folded = replaced(std::move(folded), "\xE2\x80\x99", "'");
+  Texts names;
+  for (std::size_t at = 0; at < folded.size();) {
+    const std::size_t end = std::min(folded.find_first_of(" -.,()_", at), folded.size());
+    const std::size_t apostrophe = folded.find('\'', at);
+    if (apostrophe > at && apostrophe <= at + 2 && apostrophe < end)
+      names.push_back(folded.substr(at, end - at));
+    at = end + 1;
+  }
+  return names;
+}
+
 }  // namespace
+
+std::size_t letterCount(std::string_view word) {
+  return word.size() - static_cast<std::size_t>(std::ranges::count_if(word, isWithin));
+}
 
 std::vector<std::string> wordsOf(std::string_view text) {
   std::string folded = composed(inspect::foldCase(text));
@@ -155,15 +190,20 @@ std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
 }
 
 std::vector<std::string> partsOf(Kind kind, std::string_view text) {
+  constexpr std::size_t kShortest = 4;  // letters
   Texts parts;
   if (kind != Kind::User && kind != Kind::Host) return parts;
+  const bool mail = text.find('@') != std::string_view::npos;
+  text = text.substr(0, text.find('@'));
   const Texts words = wordsOf(text);
-  if (words.size() < 2) return parts;
-  for (const std::string& word : words) {
-    const bool number = std::ranges::any_of(word, isDigit);
-    if (word.size() >= 3 && !number) parts.push_back(word);
-  }
-  if (kind == Kind::User) parts.push_back(words.front().substr(0, 1) + words.back());
+  if (words.size() < (mail ? 1U : 2U)) return parts;
+  const auto isTelling = [](const std::string& word) {
+    return letterCount(word) >= kShortest && std::ranges::none_of(word, isDigit);
+  };
+  std::ranges::copy_if(words, std::back_inserter(parts), isTelling);
+  std::ranges::copy_if(ownedNames(text), std::back_inserter(parts), isTelling);
+  if (kind == Kind::User && words.size() > 1)
+    parts.push_back(firstLetter(words.front()) + words.back());
   return parts;
 }
 

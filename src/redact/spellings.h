@@ -12,15 +12,18 @@ namespace redact {
 // apostrophe ("'s") is left out.
 std::vector<std::string> wordsOf(std::string_view text);
 
+std::size_t letterCount(std::string_view word);
+
 // Every way in which a secret may be written in a document, in small letters, itself among them:
 // addresses and UUIDs without separators (those with any are found by their shape); names with each
 // kind of apostrophe and of blank, as XML and as a part of an URL, with accents composed,
-// decomposed and left out; names of machines as the network has them; serial numbers without
-// separators and, of displays, in hexadecimal.
+// decomposed, left out and written out ("oe"); names of machines as the network has them; serial
+// numbers without separators and, of displays, in hexadecimal.
 std::vector<std::string> spellingsOf(Kind kind, std::string_view text);
 
 // Names within a full name or within the name of a machine, by which it can be recognised:
-// "Mara Lindgrove" has "mara", "lindgrove", "mlindgrove".
+// "Mara O'Lindgrove" has "mara", "lindgrove", "o'lindgrove", "mlindgrove". None of three letters:
+// words of other things begin to be among them. Of an address of mail those before the "@".
 std::vector<std::string> partsOf(Kind kind, std::string_view text);
 
 }  // namespace redact

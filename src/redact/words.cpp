@@ -58,6 +58,20 @@ constexpr Accent kAccents[] = {
     {"ż", "z\xCC\x87"},
     {"ž", "z\xCC\x8C"},
 };
+constexpr Letter kLetters[] = {
+    {"ä", "",   "ae"},
+    {"ö", "",   "oe"},
+    {"ü", "",   "ue"},
+    {"å", "",   "aa"},
+    {"ø", "o",  "oe"},
+    {"æ", "ae", "ae"},
+    {"œ", "oe", "oe"},
+    {"ß", "ss", "ss"},
+    {"ł", "l",  "l" },
+    {"đ", "d",  "dj"},
+    {"ı", "i",  "i" },
+};
+
 // Numbers, and what the system calls devices: "disk1s2", "en0".
 bool isNumbered(std::string_view word) {
   for (const std::string_view device : {"disk", "en", "bridge", "ppp"}) {
@@ -68,6 +82,10 @@ bool isNumbered(std::string_view word) {
 }
 
 }  // namespace
+
+std::span<const Letter> letters() {
+  return kLetters;
+}
 
 std::span<const Accent> accents() {
   return kAccents;

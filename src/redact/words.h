@@ -20,4 +20,13 @@ struct Accent {
 };
 std::span<const Accent> accents();
 
+// A small letter that is written otherwise where there is none: by its look ("o"), or by its sound
+// ("oe"); "" as accents() has it.
+struct Letter {
+  std::string_view letter;
+  std::string_view plain;
+  std::string_view sound;
+};
+std::span<const Letter> letters();
+
 }  // namespace redact

@@ -13,6 +13,7 @@
 #include "base/formatString.h"
 #include "base/text.h"
 #include "inspect/letterCase.h"
+#include "redact/derived.h"
 #include "redact/displayBlock.h"
 #include "redact/shapes.h"
 #include "redact/spellings.h"
@@ -30,7 +31,7 @@ void walk(std::string_view text, Form form, const Take& take) {
 
 std::string valueOf(std::string_view text, const Field& field, Form form) {
   const std::string_view value = text.substr(field.begin, field.end - field.begin);
-  return form == Form::Profile ? withoutEntities(value) : std::string(value);
+  return form == Form::Profile ? withoutEntities(value).text() : std::string(value);
 }
 
 std::optional<Kind> kindAt(const Field& field) {
@@ -110,6 +111,16 @@ bool goesOnAsVersion(std::string_view text, std::size_t begin, std::size_t end, 
   return after || (begin > 0 && text[begin - 1] == '.');
 }
 
+// The end of a network address that is made of a hardware address (RFC 4291, appendix A).
+std::string interfaceOf(const std::string& digits) {
+  const auto number = [&digits](std::size_t at) {
+    return static_cast<unsigned>(std::strtoul(digits.substr(at, 2).c_str(), nullptr, 16));
+  };
+  constexpr unsigned kUniversal = 2;
+  return formatString("%x:%x:%x:%x", (number(0) ^ kUniversal) << 8 | number(2),
+                      number(4) << 8 | 0xFF, 0xFE00 | number(6), number(8) << 8 | number(10));
+}
+
 std::string cased(std::string_view digits, bool upper) {
   return upper ? toUpper(digits) : std::string(digits);
 }
@@ -119,7 +130,10 @@ std::string spelledAs(std::string_view original, std::string_view digits) {
   const auto isHex = [](char c) {
     return std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos;
   };
-  const auto count = static_cast<std::size_t>(std::ranges::count_if(original, isHex));
+  const auto isEncoded = [original](std::size_t i) { return original.substr(i, 1) == "%"; };
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < original.size(); i += isEncoded(i) ? 3 : 1)
+    count += isHex(original[i]) ? 1 : 0;
   const bool upper = original.find_first_of("ABCDEF") != std::string_view::npos;
   const std::string now = cased(digits, upper);
   std::string spelled;
@@ -129,7 +143,14 @@ std::string spelledAs(std::string_view original, std::string_view digits) {
     return spelled;
   }
   std::size_t at = 0;
-  for (const char c : original) spelled += isHex(c) ? now[at++] : c;
+  for (std::size_t i = 0; i < original.size(); ++i) {
+    if (isEncoded(i)) {  // "%2D"
+      spelled += original.substr(i, 3);
+      i += 2;
+    } else {
+      spelled += isHex(original[i]) ? now[at++] : original[i];
+    }
+  }
   return spelled;
 }
 
@@ -162,7 +183,12 @@ std::string decoded(std::string_view text) {
   return bytes;
 }
 
-using Range = std::pair<std::size_t, std::size_t>;
+// Whether letters and digits stand on both sides, of which an "%2d" has none.
+bool isWithinWord(std::string_view text, std::size_t at) {
+  const auto isWord = [](char c) { return isDigit(c) || isLetter(c); };
+  if (at == 0 || at >= text.size() || !isWord(text[at]) || !isWord(text[at - 1])) return false;
+  return !(at >= 3 && text[at - 3] == '%');
+}
 
 // Whether a part lies in one of the ranges, which are in order.
 bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
@@ -219,10 +245,13 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
       addField(valueOf(text, field, form), field, *kind, secrets);
   });
   secrets.addTokens(text);
-  findShapes(text, [&](const Shape& shape) {
+  const Derived characters = withoutEntities(text);
+  const std::string_view shaped = characters.text();
+  findShapes(shaped, [&](const Shape& shape) {
+    const auto [begin, end] = characters.origin(shape.begin, shape.end);
     const bool mayBeVersion = shape.canonical.starts_with("4:");
-    if (mayBeVersion && !liesIn(plain, shape.begin, shape.end)) return;
-    secrets.addShape(shape.kind, text.substr(shape.begin, shape.end - shape.begin),
+    if (mayBeVersion && !liesIn(plain, begin, end)) return;
+    secrets.addShape(shape.kind, shaped.substr(shape.begin, shape.end - shape.begin),
                      shape.canonical);
   });
 }
@@ -238,12 +267,17 @@ std::optional<Finder> Finder::make(const Secrets& secrets) {
   Finder finder(secrets);
   for (std::size_t id = 0; id < secrets.size(); ++id) finder.addPatterns(id);
   for (std::size_t id = 0; id < secrets.size(); ++id) finder.addParts(id);
-  std::vector<Matcher::Text> texts;
-  for (std::size_t i = 0; i < finder.patterns_.size(); ++i)
-    texts.push_back({finder.patterns_[i].text, i});
-  finder.matcher_ = Matcher::make(texts);
-  if (!finder.matcher_) return std::nullopt;
+  for (std::size_t id = 0; id < secrets.size(); ++id) finder.addBare(id);
+  finder.matcher_ = matcherOf(finder.patterns_);
+  finder.bare_ = matcherOf(finder.barePatterns_);
+  if (!finder.matcher_ || !finder.bare_) return std::nullopt;
   return finder;
+}
+
+std::optional<Matcher> Finder::matcherOf(const std::vector<Pattern>& patterns) {
+  std::vector<Matcher::Text> texts;
+  for (std::size_t i = 0; i < patterns.size(); ++i) texts.push_back({patterns[i].text, i});
+  return Matcher::make(texts);
 }
 
 void Finder::add(Pattern pattern) {
@@ -267,10 +301,18 @@ void Finder::addAddress(std::size_t id) {
   constexpr std::ptrdiff_t kTelling = 5;  // digits that are not 0 do not stand together by chance
   if (std::ranges::count_if(digits, [](char c) { return c != '0'; }) < kTelling) return;
   add({.text = digits, .secret = id, .anywhere = true});
-  if (digits.size() != 12) return;
-  add({.text = digits.substr(0, 4).append(".").append(digits, 4, 4).append(".").append(digits, 8),
-       .secret = id,
-       .anywhere = true});
+  if (digits.size() == 12) add({.text = interfaceOf(digits), .secret = id});
+}
+
+// Numbers that may be written with separators anywhere.
+void Finder::addBare(std::size_t id) {
+  const Secret& secret = (*secrets_)[id];
+  constexpr std::size_t kShortest = 8;  // characters
+  const bool digits = secret.kind == Kind::HardwareAddress || secret.kind == Kind::Uuid;
+  if (!digits && (secret.kind != Kind::Serial || secret.common)) return;
+  const std::string text = digits ? secret.canonical.substr(2)
+                                  : withoutSeparators(inspect::foldCase(secret.text)).text();
+  if (text.size() >= kShortest) barePatterns_.push_back({.text = text, .secret = id});
 }
 
 void Finder::addPatterns(std::size_t id) {
@@ -366,49 +408,61 @@ std::optional<std::size_t> Finder::idOf(const std::optional<std::string>& canoni
   return id && !secrets_->keeps((*secrets_)[*id].kind) ? id : std::nullopt;
 }
 
-std::vector<Edit> Finder::find(std::string_view text, Form form) const {
-  std::vector<Edit> edits;
-  std::vector<Range> whole;   // replaced as they are
-  std::vector<Range> places;  // where common words count
+// What is replaced at its place, and where that is told from.
+void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
   walk(text, form, [&](const Field& field) {
     std::optional<Edit> edit;
     const auto kind = kindAt(field);
     if (machine::isDisplayBlock(field.key) || field.data) {
       edit = dataEdit(text, field);
-      if (!edit) whole.emplace_back(field.begin, field.end);
+      if (!edit) found.whole.emplace_back(field.begin, field.end);
     } else if (kind == Kind::User || kind == Kind::Host) {
-      places.emplace_back(field.begin, field.end);
+      found.places.emplace_back(field.begin, field.end);
     } else if (kind && !secrets_->keeps(*kind)) {
       edit = wholeEdit(text, field, *kind, form);
     }
     if (!edit) return;
-    whole.emplace_back(edit->begin, edit->end);
-    edits.push_back(std::move(*edit));
+    found.whole.emplace_back(edit->begin, edit->end);
+    found.edits.push_back(std::move(*edit));
   });
-  std::vector<Range> tokens;
-  for (const Token& token : tokensIn(text)) tokens.emplace_back(token.begin, token.end);
-  const auto give = [&](std::size_t begin, std::size_t end, const Pattern& pattern) {
-    const std::size_t id = pattern.secret;
-    const auto next = std::ranges::lower_bound(whole, end, {}, &Range::first);
-    const bool taken = next != whole.begin() && std::prev(next)->second > begin;
-    if (taken || liesIn(tokens, begin, end) || secrets_->keeps((*secrets_)[id].kind)) return;
-    std::string token = rendered((*secrets_)[id], text.substr(begin, end - begin));
-    if (runsOn(text, end, token)) token += '_';
-    edits.push_back({begin, end, id, std::move(token), pattern.part});
-  };
-  const std::string folded = inspect::foldCase(text);
+  for (const Token& token : tokensIn(text)) found.tokens.emplace_back(token.begin, token.end);
+}
+
+void Finder::give(std::string_view text, Range range, const Pattern& pattern, Found& found) const {
+  const auto [begin, end] = range;
+  const Secret& secret = (*secrets_)[pattern.secret];
+  const auto next = std::ranges::lower_bound(found.whole, end, {}, &Range::first);
+  const bool taken = next != found.whole.begin() && std::prev(next)->second > begin;
+  if (taken || liesIn(found.tokens, begin, end) || secrets_->keeps(secret.kind)) return;
+  if (pattern.common && !liesIn(found.places, begin, end)) return;
+  std::string token = rendered(secret, text.substr(begin, end - begin));
+  if (runsOn(text, end, token)) token += '_';
+  found.edits.push_back({begin, end, pattern.secret, std::move(token), pattern.part});
+}
+
+std::vector<Edit> Finder::find(std::string_view text, Form form) const {
+  Found found;
+  findPlaces(text, form, found);
+  const Derived plain = withoutEntities(text);
+  const std::string folded = inspect::foldCase(plain.text());
   matcher_->find(folded, [&](std::size_t begin, std::size_t end, std::size_t at) {
     const Pattern& pattern = patterns_[at];
     const auto last = endOf(folded, begin, end, pattern);
     if (!last || goesOnAsVersion(folded, begin, end, (*secrets_)[pattern.secret].kind)) return;
-    if (pattern.common && !liesIn(places, begin, *last)) return;
-    give(begin + pattern.skip, *last, pattern);
+    give(text, plain.origin(begin + pattern.skip, *last), pattern, found);
   });
-  findShapes(text, [&](const Shape& shape) {
+  const Derived bare = withoutSeparators(folded);
+  bare_->find(bare.text(), [&](std::size_t begin, std::size_t end, std::size_t at) {
+    const auto [from, to] = bare.origin(begin, end);
+    const bool apart = to - from > end - begin;  // else it is found as it is
+    if (apart && !isWithinWord(folded, from) && !isWithinWord(folded, to))
+      give(text, plain.origin(from, to), barePatterns_[at], found);
+  });
+  findShapes(plain.text(), [&](const Shape& shape) {
     if (const auto id = idOf(shape.canonical))
-      give(shape.begin, shape.end, {.text = {}, .secret = *id});
+      give(text, plain.origin(shape.begin, shape.end), {.text = {}, .secret = *id}, found);
   });
-  return chosen(std::move(edits));
+  return chosen(std::move(found.edits));
 }
 
 }  // namespace redact

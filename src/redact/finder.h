@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "redact/matcher.h"
@@ -11,6 +12,8 @@
 #include "redact/walk.h"
 
 namespace redact {
+
+using Range = std::pair<std::size_t, std::size_t>;  // the begin and end of a part of a text
 
 // A part of a text and what is to stand there.
 struct Edit {
@@ -54,6 +57,13 @@ class Finder {
     bool person = false;    // names one
   };
 
+  struct Found {  // each in the order of the text
+    std::vector<Edit> edits;
+    std::vector<Range> whole;   // replaced, or left, as they are
+    std::vector<Range> places;  // where common words count
+    std::vector<Range> tokens;
+  };
+
   explicit Finder(const Secrets& secrets) : secrets_(&secrets) {}
   std::optional<Edit> dataEdit(std::string_view text, const Field& field) const;
   std::optional<Edit> wholeEdit(std::string_view text, const Field& field, Kind kind,
@@ -61,8 +71,12 @@ class Finder {
   std::optional<std::size_t> idOf(const std::optional<std::string>& canonical) const;
   void addPatterns(std::size_t id);
   void addAddress(std::size_t id);
+  void addBare(std::size_t id);
   void addParts(std::size_t id);
   void add(Pattern pattern);
+  static std::optional<Matcher> matcherOf(const std::vector<Pattern>& patterns);
+  void findPlaces(std::string_view text, Form form, Found& found) const;
+  void give(std::string_view text, Range range, const Pattern& pattern, Found& found) const;
   std::optional<std::size_t> endOf(std::string_view text, std::size_t begin, std::size_t end,
                                    const Pattern& pattern) const;
 
@@ -70,6 +84,8 @@ class Finder {
   std::vector<Pattern> patterns_;
   std::size_t bytes_ = 0;  // of them all
   std::optional<Matcher> matcher_;
+  std::vector<Pattern> barePatterns_;
+  std::optional<Matcher> bare_;  // of texts without separators
 };
 
 }  // namespace redact

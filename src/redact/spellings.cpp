@@ -30,8 +30,7 @@ std::string replaced(std::string text, std::string_view before, std::string_view
 }
 
 constexpr std::string_view kApostrophes[] = {
-    "'",       "\xE2\x80\x99", "\xE2\x80\x98", "&apos;",    "&#39;", "&#x27;",
-    "&#8217;", "&#x2019;",     "%27",          "%e2%80%99", "",      "-"};
+    "'", "\xE2\x80\x99", "\xE2\x80\x98", "%27", "%e2%80%99", "", "-"};
 constexpr std::string_view kBlanks[] = {" ", "%20", "-", "_", "", "+", ".", "\xC2\xA0", "\\ "};
 
 std::string composed(std::string text) {
@@ -101,9 +100,6 @@ void addForms(const std::string& text, std::set<std::string>& forms) {
     }
   }
   // As XML has it; the apostrophe in its other forms is above.
-  std::string escaped = replaced(text, "&", "&amp;");
-  escaped = replaced(replaced(replaced(escaped, "<", "&lt;"), ">", "&gt;"), "\"", "&quot;");
-  forms.insert(escaped);
   forms.insert(replaced(text, "&", "%26"));
 }
 

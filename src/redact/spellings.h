@@ -16,7 +16,7 @@ std::size_t letterCount(std::string_view word);
 
 // Every way in which a secret may be written in a document, in small letters, itself among them:
 // addresses and UUIDs without separators (those with any are found by their shape); names with each
-// kind of apostrophe and of blank, as XML and as a part of an URL, with accents composed,
+// kind of apostrophe and of blank and as a part of an URL, with accents composed,
 // decomposed, left out and written out ("oe"); names of machines as the network has them; serial
 // numbers without separators and, of displays, in hexadecimal.
 std::vector<std::string> spellingsOf(Kind kind, std::string_view text);

@@ -1,7 +1,6 @@
 #include "redact/walk.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 namespace redact {
@@ -15,20 +14,6 @@ Field fieldAt(std::string_view text, std::size_t begin, std::size_t end) {
   while (begin < end && kBlank.find(text[begin]) != std::string_view::npos) ++begin;
   while (end > begin && kBlank.find(text[end - 1]) != std::string_view::npos) --end;
   return {begin, end, "", "", nullptr, false};
-}
-
-void appendUtf8(std::string& text, unsigned long code) {
-  const auto add = [&text](unsigned long byte) { text += static_cast<char>(byte); };
-  if (code < 0x80) {
-    add(code);
-  } else if (code < 0x800) {
-    add(0xC0 | code >> 6);
-    add(0x80 | (code & 0x3F));
-  } else {
-    add(0xE0 | (code >> 12 & 0xF));
-    add(0x80 | (code >> 6 & 0x3F));
-    add(0x80 | (code & 0x3F));
-  }
 }
 
 // Follows the elements of a property list and remembers under which key each stands.
@@ -137,45 +122,6 @@ void walkDocument(std::string_view text, const std::function<void(const Field& f
     }
     at = end + 1;
   }
-}
-
-std::string withoutEntities(std::string_view text) {
-  constexpr struct {
-    std::string_view name;
-    char character;
-  } kNamed[] = {
-      {"amp",  '&' },
-      {"lt",   '<' },
-      {"gt",   '>' },
-      {"quot", '"' },
-      {"apos", '\''}
-  };
-  std::string plain;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    constexpr std::size_t kLongest = 10;  // "#x10FFFF;"
-    const std::size_t size =
-        text[at] == '&' ? text.substr(at, kLongest).find(';') : std::string_view::npos;
-    const std::size_t end = at + size;
-    if (size == std::string_view::npos) {
-      plain += text[at];
-      continue;
-    }
-    const std::string name(text.substr(at + 1, end - at - 1));
-    const auto* const named =
-        std::ranges::find(kNamed, name, [](const auto& of) { return of.name; });
-    if (named != std::end(kNamed)) {
-      plain += named->character;
-    } else if (name.starts_with('#')) {
-      const bool hexadecimal = name.size() > 1 && name[1] == 'x';
-      appendUtf8(plain, std::strtoul(name.c_str() + (hexadecimal ? 2 : 1), nullptr,
-                                     hexadecimal ? 16 : 10));
-    } else {
-      plain += text[at];
-      continue;
-    }
-    at = end;
-  }
-  return plain;
 }
 
 }  // namespace redact

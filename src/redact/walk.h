@@ -24,7 +24,4 @@ struct Field {
 void walkDocument(std::string_view text, const std::function<void(const Field& field)>& take);
 void walkProfile(std::string_view text, const std::function<void(const Field& field)>& take);
 
-// A text of an XML document with its five entities and numeric references as characters.
-std::string withoutEntities(std::string_view text);
-
 }  // namespace redact

@@ -101,6 +101,11 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"x=--serial=c02xk0aajg5h_1",                        "x=--serial=SERIAL-1_1"                               },
       {"x=f8:4d:89:00:11:22 F84D89001122 f84d.8900.1122",
        "x=00:00:5e:00:53:01 00005E005301 0000.5e00.5301"                                                         },
+      {"x=F8 4D 89 00 11 22, f8_4d_89_00_11_22 fa4d:89ff:fe00:1122",
+       "x=00 00 5E 00 53 01, 00_00_5e_00_53_01 00:00:5e:00:53:01"},
+      {"x=5B0C7A1E%2D3D42%2D4F86%2D9A17%2D6C2E81D94F03 5b0c7a1e_3d42_4f86_9a17_6c2e81d94f03",
+       "x=00000000%2D0000%2D4000%2D8000%2D000000000001 00000000_0000_4000_8000_000000000001"},
+      {"x=C02X K0AA JG5H, c02x-k0aa-jg5h ac02x-k0aajg5h", "x=SERIAL-1, SERIAL-1 ac02x-k0aajg5h"},
       {"x=F8:4D:89:0:11:22",                               "x=00:00:5E:00:53:01"                                 },
       {"x=5b0c7a1e3d424f869a176c2e81d94f03",               "x=00000000000040008000000000000001"                  },
       {"x=10.1.2.3 10-1-2-3 http://10.1.2.3:80/",          "x=192.0.2.1 192.0.2.1 http://192.0.2.1:80/"          },
@@ -143,7 +148,7 @@ TEST(Redact, ReplacesWhatOnlyTheProfilersDocumentHas) {
     const char* after;
   } kCases[] = {
       {"SPSoftwareDataType",
-       "<key>local_host_name</key><string>Mara&#8217;s Kestrel</string><key>b</key><string>maras-kestrel &amp; "
+       "<key>local_host_name</key><string>Mara&#8217;s Kestrel</string><key>b</key><string>M&#97;ra&#x2019;s&#32;Kestrel &amp; "
        "Mara&apos;s Kestrel</string>",
        "<key>local_host_name</key><string>HOST 1</string><key>b</key><string>HOST-1 &amp; HOST 1</string>"},
       {"SPDisplaysDataType",

@@ -71,8 +71,11 @@ void addNames(std::string_view text, std::string_view key, Secrets& secrets) {
 }
 
 void addField(const std::string& value, const Field& field, Kind kind, Secrets& secrets) {
+  constexpr std::size_t kMaker = 8;  // characters of three bytes: "00-00-5E"
   if (machine::isDisplayNumber(field.key)) {
     if (const auto number = displayNumber(value)) secrets.add(Kind::Serial, *number);
+  } else if (kind == Kind::HardwareAddress && value.size() == kMaker) {
+    return;  // of the maker, as everybody has them
   } else if (kind == Kind::User) {
     addNames(value, field.key, secrets);
   } else {

@@ -125,6 +125,7 @@ std::optional<std::size_t> Secrets::add(Kind kind, std::string_view text,
 
 void Secrets::addShape(Kind kind, std::string_view text, const std::string& canonical) {
   const std::size_t next = secrets_.size();
+  if (saysNothing(kind, text)) return;
   addCanonical(kind, text, canonical);
   if (secrets_.size() > next) secrets_.back().byShape = true;
 }

@@ -116,6 +116,7 @@ class Scanner {
       if (c == '-' || c == ':' || c == '.') end = addressAt(i);
       if (c == '@') end = mailAt(i);
       if (c == '/') end = homeAt(i);
+      if (c == '=') end = valueAt(i);
       if (end > i) i = end - 1;
     }
   }
@@ -222,6 +223,50 @@ class Scanner {
       return 0;  // "icon@2x.png"
     if (domain.size() - dot < 3 || std::ranges::any_of(domain.substr(dot), isDigit)) return 0;
     return give(begin, end, Kind::User, "n:" + toLower(text_.substr(begin, end - begin)));
+  }
+
+  // What tools print of the registry: `"Serial Number" = "X1"`, `IOMACAddress = <0a1b2c3d4e5f>`.
+  std::size_t valueAt(std::size_t i) {
+    const std::string key = keyBefore(i);
+    std::size_t begin = i + 1;
+    while (at(begin) == ' ') ++begin;
+    const bool quoted = at(begin) == '"';
+    if (key.empty() || (!quoted && at(begin) != '<')) return 0;
+    constexpr std::size_t kLongest = 256;  // bytes
+    const std::string_view rest = text_.substr(++begin, kLongest);
+    std::size_t end = rest.find_first_of(quoted ? "\"\r\n" : ">\r\n");
+    if (end == std::string_view::npos || rest[end] != (quoted ? '"' : '>')) return 0;
+    end += begin;
+    while (begin < end && text_[begin] == ' ') ++begin;
+    while (end > begin && text_[end - 1] == ' ') --end;
+    const std::string_view value = text_.substr(begin, end - begin);
+    if (quoted && key.ends_with("serialnumber"))
+      return give(begin, end, Kind::Serial, canonicalOf(Kind::Serial, value));
+    if (quoted && key.ends_with("longusername"))
+      return give(begin, end, Kind::User, canonicalOf(Kind::User, value));
+    constexpr std::size_t kDigits = 12;
+    if (quoted || !key.ends_with("macaddress") || value.size() != kDigits) return 0;
+    if (!std::ranges::all_of(value, isHex)) return 0;
+    return give(begin, end, Kind::HardwareAddress, hexCanonical(toLower(value)));
+  }
+
+  // The letters of the key before a sign, in small ones: "longusername" of
+  // "kCGSessionLongUserNameKey" too.
+  std::string keyBefore(std::size_t i) const {
+    constexpr std::size_t kLongest = 64;  // bytes
+    while (i > 0 && text_[i - 1] == ' ') --i;
+    const bool quoted = i > 0 && text_[i - 1] == '"';
+    if (quoted) --i;
+    std::string key;
+    for (std::size_t k = i; k > 0 && i - k < kLongest; --k) {
+      const char c = text_[k - 1];
+      if (quoted ? c == '"' || c == '\n' : !isWord(c) && c != '-' && c != '_') break;
+      if (isWord(c)) key += c;
+    }
+    std::ranges::reverse(key);
+    key = toLower(key);
+    if (key.ends_with("key")) key.resize(key.size() - 3);
+    return key;
   }
 
   std::size_t homeAt(std::size_t i) {

@@ -19,9 +19,10 @@ struct Shape {
 };
 
 // Hands over hardware addresses and UUIDs with separators, network addresses, addresses of mail and
-// the names of home folders. Left out is what every machine has: 0.0.0.0, 127.0.0.1, ::1, masks,
-// addresses of groups and of everybody, the nil UUID, /Users/Shared. An IPv4 address looks like a
-// version of four numbers: that is for the caller to tell.
+// the names of home folders, and what stands behind a key that says so. Left out is what every
+// machine has: 0.0.0.0, 127.0.0.1, ::1, masks, addresses of groups and of everybody, the nil UUID,
+// /Users/Shared. An IPv4 address looks like a version of four numbers: that is for the caller to
+// tell.
 void findShapes(std::string_view text, const std::function<void(const Shape& shape)>& take);
 
 // One form of all spellings of a secret: hexadecimal digits of addresses and UUIDs ("x:..."), of

@@ -11,6 +11,7 @@ constexpr SecretPlace kPlaces[] = {
     {"",            "", "serial-number", "machine",     Secret::Serial         },
     {"",            "", "inv-number",    "machine",     Secret::Serial         },
     {"",            "", "mac-address",   "adapters",    Secret::HardwareAddress},
+    {"",            "", "manuf-by-mac",  "adapters",    Secret::HardwareAddress},
     {"",            "", "hostname",      "machine",     Secret::Host           },
     {"",            "", "int-name",      "machine",     Secret::Host           },
     {"",            "", "alias",         "machine",     Secret::Host           },

@@ -330,6 +330,7 @@ void Finder::addPatterns(std::size_t id) {
   const bool placed = secret.kind == Kind::User || secret.kind == Kind::Host;
   for (const std::string& form : spellingsOf(secret.kind, secret.text)) {
     constexpr std::size_t kTelling = 8;
+    if (form.empty()) continue;
     const bool telling = secret.kind == Kind::Serial && form.size() >= kTelling;
     if (secret.kind == Kind::Volume) add({.text = "/volumes/" + form, .secret = id, .skip = 9});
     if (secret.common && !placed) continue;

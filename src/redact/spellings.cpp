@@ -187,20 +187,21 @@ std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
 
 std::vector<std::string> partsOf(Kind kind, std::string_view text) {
   constexpr std::size_t kShortest = 4;  // letters
-  Texts parts;
-  if (kind != Kind::User && kind != Kind::Host) return parts;
+  Texts names;
+  if (kind != Kind::User && kind != Kind::Host) return names;
   const bool mail = text.find('@') != std::string_view::npos;
   text = text.substr(0, text.find('@'));
   const Texts words = wordsOf(text);
-  if (words.size() < (mail ? 1U : 2U)) return parts;
+  if (words.size() < (mail ? 1U : 2U)) return names;
   const auto isTelling = [](const std::string& word) {
     return letterCount(word) >= kShortest && std::ranges::none_of(word, isDigit);
   };
-  std::ranges::copy_if(words, std::back_inserter(parts), isTelling);
-  std::ranges::copy_if(ownedNames(text), std::back_inserter(parts), isTelling);
+  names = ownedNames(text);
+  names.insert(names.end(), words.begin(), words.end());
   if (kind == Kind::User && words.size() > 1)
-    parts.push_back(firstLetter(words.front()) + words.back());
-  return parts;
+    names.push_back(firstLetter(words.front()) + words.back());
+  std::erase_if(names, [&isTelling](const std::string& name) { return !isTelling(name); });
+  return names;
 }
 
 }  // namespace redact

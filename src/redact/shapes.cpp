@@ -211,7 +211,8 @@ class Scanner {
     const auto isMail = [](char c) {
       return isWord(c) || c == '.' || c == '_' || c == '-' || c == '+';
     };
-    const std::size_t begin = wordBefore(i, isMail, kLongest);
+    std::size_t begin = wordBefore(i, isMail, kLongest);
+    while (begin < i && !isWord(text_[begin])) ++begin;  // "+" begins tags too
     std::size_t end = i + 1;
     while (end - i < 256 &&
            (isWord(at(end)) || ((at(end) == '.' || at(end) == '-') && isWord(at(end + 1))))) {

@@ -80,6 +80,7 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"x=mara-kestrel.local Kestrel MARA-KESTREL",        "x=HOST-1.local HOST-1 HOST-1"                        },
       {"x=m.e@mail.example.com",                           "x=USER-3"                                            },
       {"x=/Volumes/Mara’s Attic/a Mara's%20Attic",         "x=/Volumes/VOLUME-1/a VOLUME-1"                      },
+      {"+m.e@mail.example.com=\n-",                         "+USER-3=\n-"                                        },
       {"+Soft:Mara=x 1.0=Mara=x\n-",                       "+Soft:USER-1=x 1.0=USER-1=x\n-"                      },
       {"x=Maras-MacBook Maras Fotos MarasMacBookPro maraimac", "x=USER-1-MacBook USER-1 Fotos USER-1MacBookPro USER-1imac"},
       {"x=a@kestrelsoft.com com.kestrelsoft Kestrelsofts",  "x=USER-3 com.kestrelsoft Kestrelsofts"              },

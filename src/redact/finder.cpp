@@ -114,6 +114,13 @@ bool goesOnAsVersion(std::string_view text, std::size_t begin, std::size_t end, 
   return after || (begin > 0 && text[begin - 1] == '.');
 }
 
+// Whether what stands between letters and digits is the same everywhere: one number, not two.
+bool hasOneSeparator(std::string_view text) {
+  const auto isSeparator = [](char c) { return !isDigit(c) && !isLetter(c); };
+  const auto first = std::ranges::find_if(text, isSeparator);
+  return std::all_of(first, text.end(), [&](char c) { return !isSeparator(c) || c == *first; });
+}
+
 // The end of a network address that is made of a hardware address (RFC 4291, appendix A).
 std::string interfaceOf(const std::string& digits) {
   const auto number = [&digits](std::size_t at) {
@@ -458,7 +465,9 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
   const Derived bare = withoutSeparators(folded);
   bare_->find(bare.text(), [&](std::size_t begin, std::size_t end, std::size_t at) {
     const auto [from, to] = bare.origin(begin, end);
-    const bool apart = to - from > end - begin;  // else it is found as it is
+    const std::size_t size = to - from;
+    const bool apart =
+        size > end - begin && hasOneSeparator(std::string_view(folded).substr(from, size));
     if (apart && !isWithinWord(folded, from) && !isWithinWord(folded, to))
       give(text, plain.origin(from, to), barePatterns_[at], found);
   });

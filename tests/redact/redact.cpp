@@ -106,7 +106,7 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
        "x=00 00 5E 00 53 01, 00_00_5e_00_53_01 00:00:5e:00:53:01"},
       {"x=5B0C7A1E%2D3D42%2D4F86%2D9A17%2D6C2E81D94F03 5b0c7a1e_3d42_4f86_9a17_6c2e81d94f03",
        "x=00000000%2D0000%2D4000%2D8000%2D000000000001 00000000_0000_4000_8000_000000000001"},
-      {"x=C02X K0AA JG5H, c02x-k0aa-jg5h ac02x-k0aajg5h", "x=SERIAL-1, SERIAL-1 ac02x-k0aajg5h"},
+      {"x=C02X K0AA JG5H, c02x-k0aa-jg5h ac02x-k0aajg5h c02x k0a-ajg5h", "x=SERIAL-1, SERIAL-1 ac02x-k0aajg5h c02x k0a-ajg5h"},
       {"x=\"IOPlatformSerialNumber\" = \"C02H40CEDV7N\", \"Serial Number\" = \"  X1IACZPDT\" \"Serial\"=\"A7\"",
        "x=\"IOPlatformSerialNumber\" = \"SERIAL-2\", \"Serial Number\" = \"  SERIAL-3\" \"Serial\"=\"A7\""},
       {"x=IOMACAddress = <0aa86d508964> \"kCGSessionLongUserNameKey\"=\"Noor Vesterby\" Vesterby",

@@ -230,6 +230,11 @@ TEST_F(Huxutil, ExplainsItself) {
                EndsWith("\nUsage: huxutil text [--salvage] FILE [SECTION]\n")));
   expect("get a", 2, "", EndsWith("\nUsage: huxutil get FILE NAME...\n"));
   expect("verify --ignore HUX999 a", 2, "", "huxutil: HUX999: there is no such finding\n");
+  for (const char* words : {"diff - -", "report - -", "json - -"}) {
+    expect(words, 2, "", StartsWith("huxutil: standard input can be read only once\n"));
+  }
+  EXPECT_THAT(run("verify --help").output, HasSubstr("\nExit code: 0 done, "));
+  EXPECT_THAT(run("diff --help").output, Not(HasSubstr("Exit code: 0 done, ")));
   expect("completions fish", 2, "", "huxutil: fish: there are completions for bash and zsh only\n");
   expect("nowhere.hux", 2, "", "huxutil: nowhere.hux: No such file or directory\n");
   expect("list .", 2, "", "huxutil: .: Is a directory\n");

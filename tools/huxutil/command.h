@@ -64,7 +64,8 @@ struct Command {
   std::span<const Option> options;
   int (*run)(const Arguments& arguments);
   const char* summary;  // one line
-  const char* details;  // further lines of its help; may be null
+  const char* details;  // further lines of its help, its exit codes when they are its own ("Exit
+                        // code: "); may be null
 };
 
 // All commands in the order of the help. The one named "card" also runs without its name.

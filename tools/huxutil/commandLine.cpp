@@ -6,6 +6,7 @@
 #include <sstream>
 #include <type_traits>
 
+#include "base/text.h"
 #include "show/terminal.h"
 
 namespace {
@@ -66,8 +67,11 @@ std::string helpOf(const Command& command) {
     left.resize(std::max<std::size_t>(left.size(), 16), ' ');
     return "  " + left + "  " + help + "\n";
   };
-  std::string help = "Usage: " + usageOf(command) + "\n\nPrints " + command.summary + ".\n";
-  if (command.details != nullptr) help += std::string(command.details) + "\n";
+  const std::string_view details = command.details == nullptr ? "" : command.details;
+  const std::string_view summary = command.summary;
+  std::string help = "Usage: " + usageOf(command) + "\n\n" + toUpper(summary.substr(0, 1)) +
+                     std::string(summary.substr(1)) + ".\n";
+  if (!details.empty()) help += std::string(details) + "\n";
   help += "\n";
   for (const Operand& operand : command.operands) help += line(operand.name, operand.help);
   for (const Option& option : command.options) {
@@ -75,7 +79,8 @@ std::string helpOf(const Command& command) {
     help += line(std::string(option.name) + (hasValue ? " " + std::string(option.value) : ""),
                  option.help);
   }
-  return help + "\n" + kExitCodes;
+  const bool hasOwnCodes = details.find("Exit code:") != std::string_view::npos;
+  return hasOwnCodes ? help : help + "\n" + kExitCodes;
 }
 
 std::string generalHelp() {
@@ -143,6 +148,13 @@ Request parseCommandLine(int argc, char** argv) {
     app.parse(rest);
   } catch (const CLI::ParseError& error) {
     return wrongUsage(error.what(), usageOf(command));
+  }
+  const auto isInput = [](const std::string& path) { return path == "-"; };
+  const Arguments& given = request.arguments;
+  if (std::ranges::count_if(given.files, isInput) + (isInput(given.file) ? 1 : 0) +
+          (isInput(given.later.value_or("")) ? 1 : 0) >
+      1) {
+    return wrongUsage("standard input can be read only once", usageOf(command));
   }
   request.command = &command;
   return request;

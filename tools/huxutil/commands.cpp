@@ -126,7 +126,7 @@ constexpr Command kCommands[] = {
    "a machine, or what changed on it, as one page of HTML",
    "For a ticket, a browser or a printer: it loads nothing and runs nothing."},
   {"load", kLoad, kLoadOptions, runLoad,
-   "how many files were new to the database of a fleet, and takes them in",
+   "files into the database of a fleet; prints how many were new",
    "What is there already, by its content, is passed over; damaged files are named and left\n"
    "out, and end with 1. A load that was stopped can be run again."},
   {"sql", kSql, kSqlOptions, runSql,

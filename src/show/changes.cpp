@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "base/formatString.h"
@@ -65,10 +66,20 @@ void addFigures(const Change& change, StyledLine& line) {
   line.left.push_back({std::move(to)});
 }
 
+std::string plain(const StyledLine& line) {
+  std::string text;
+  for (const Span& span : line.left) text += span.text;
+  return text;
+}
+
+const Row& cameOrWent(const Change& change) {
+  return change.kind == Change::Kind::Added ? *change.after : *change.before;
+}
+
 StyledLine wholeRow(const Change& change) {
   const bool added = change.kind == Change::Kind::Added;
   const Table& table = *change.table;
-  const Row& row = added ? *change.after : *change.before;
+  const Row& row = cameOrWent(change);
   StyledLine line{
       {{added ? "+ " : "- ", added ? Style::Good : Style::Bad},
        {std::string(table.thing) + " ", Style::Dim},
@@ -82,6 +93,42 @@ StyledLine wholeRow(const Change& change) {
   }
   return line;
 }
+
+// Lines of rows that went and of rows that came, without their signs: a part replaced by one of the
+// same kind has the same in both.
+class WholeRows {
+ public:
+  explicit WholeRows(const std::vector<Change>& changes) {
+    for (const Change& change : changes) {
+      if (change.kind != Change::Kind::Changed)
+        of(change.kind).insert(withoutSign(wholeRow(change)));
+    }
+  }
+
+  // Tells such rows apart by what identifies them.
+  StyledLine line(const Change& change) {
+    StyledLine line = wholeRow(change);
+    const std::string text = withoutSign(line);
+    if (!removed_.contains(text) || !added_.contains(text)) return line;
+    const Table& table = *change.table;
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      if (table.columns[i].identity != machine::Identity::First) continue;
+      const std::string figure = figureOf(table.columns[i], cameOrWent(change)[i]);
+      if (!figure.empty() && figure != onOneLine(change.row)) line.left.push_back({" " + figure});
+    }
+    return line;
+  }
+
+ private:
+  static std::string withoutSign(const StyledLine& line) { return plain(line).substr(1); }
+
+  std::unordered_set<std::string>& of(Change::Kind kind) {
+    return kind == Change::Kind::Added ? added_ : removed_;
+  }
+
+  std::unordered_set<std::string> removed_;
+  std::unordered_set<std::string> added_;
+};
 
 // The changes of one row.
 StyledLine changedRow(std::vector<const Change*> cells) {
@@ -114,12 +161,6 @@ StyledLine value(const Change& change) {
   return line;
 }
 
-std::string plain(const StyledLine& line) {
-  std::string text;
-  for (const Span& span : line.left) text += span.text;
-  return text;
-}
-
 }  // namespace
 
 std::string figureOf(const Column& column, const Value& value) {
@@ -146,6 +187,7 @@ std::string labelOf(const Column& column) {
 
 std::vector<StyledLine> changeLines(const std::vector<Change>& changes) {
   std::vector<StyledLine> lines;
+  WholeRows wholeRows(changes);
   std::string last;
   std::size_t times = 0;
   const auto finish = [&] {
@@ -156,7 +198,7 @@ std::vector<StyledLine> changeLines(const std::vector<Change>& changes) {
     std::vector<const Change*> cells = {&change};
     StyledLine line;
     if (change.kind != Change::Kind::Changed) {
-      line = wholeRow(change);
+      line = wholeRows.line(change);
     } else if (change.table->single) {
       line = value(change);
     } else {

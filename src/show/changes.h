@@ -25,7 +25,8 @@ std::string labelOf(const machine::Column& column);
 //     Safari 17.4 -> 17.5
 //   - user mara
 //
-// Lines that are the same become one that says how many they are.
+// Lines that are the same become one that says how many they are. Where a row went and one came
+// with the same line, both say what identifies them.
 std::vector<StyledLine> changeLines(const std::vector<inspect::Change>& changes);
 
 }  // namespace show

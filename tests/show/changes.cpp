@@ -56,6 +56,12 @@ TEST(Changes, AreReadAsPeopleSayThem) {
           {"power_ma",     number(100) }
   },
       {{"name", text("Hub")}, {"speed_mbit_s", Value(5000.0)}, {"power_ma", number(500)}});
+  add("disks",
+      {
+          {"model",  text("C") },
+          {"serial", text("S1")}
+  },
+      {{"model", text("C")}, {"serial", text("S2")}});
   for (const char* path : {"/1", "/2"}) {
     add("software",
         {
@@ -82,7 +88,9 @@ TEST(Changes, AreReadAsPeopleSayThem) {
             "  system version 14.4 -> 14.5\n"
             "  integrity protection yes -> no\n"
             "  disk A: size 500107862016 -> 500107862017 bytes\n"
+            "- disk C S1\n"
             "+ disk B\\u001B[2J C 1 TB\n"
+            "+ disk C S2\n"
             "  USB device Hub: speed 480 -> 5000 Mbit/s, power 100 -> 500 mA\n"
             "- application Tool 1 (2 times)\n"
             "  App 1 -> 2, signed by Me -> " +

@@ -98,6 +98,7 @@ std::string keyOf(const Row& row, Columns columns) {
 struct Entry {
   const Row* row;
   std::size_t number;            // in its table, from 1
+  bool sure = false;             // knows some of what settles it
   bool first = false;            // knows some of what identifies it in the first place
   Columns second = 0;            // what it knows of the columns that do so in the second place
   const Row* partner = nullptr;  // of the other file
@@ -108,7 +109,8 @@ class Matching {
   // What is compared of the rows is `content`.
   Matching(const Table& table, Columns content, std::vector<Entry>& before,
            std::vector<Entry>& after)
-      : first_(identifying(table, Identity::First)),
+      : sure_(identifying(table, Identity::Sure)),
+        first_(identifying(table, Identity::First)),
         second_(identifying(table, Identity::Second)),
         content_(content),
         before_(before),
@@ -116,16 +118,23 @@ class Matching {
     for (std::vector<Entry>* entries : {&before_, &after_}) {
       for (Entry& entry : *entries) {
         const Columns known = knownOf(*entry.row);
+        entry.sure = (known & sure_) != 0;
         entry.first = (known & first_) != 0;
         entry.second = known & second_;
       }
     }
   }
 
-  // Rows are the same by what identifies them in the first place; else, unless both state that and
-  // so differ, by what does in the second place, as far as both know it. Those that state neither
-  // are all alike. A step costs what there are rows; how many steps, depends on the columns.
+  // Rows are the same by what settles it; by what identifies them in the first place; else, unless
+  // both state that and so differ, by what does in the second place, as far as both know it. Those
+  // that state neither are all alike. A step costs what there are rows; how many steps, depends on
+  // the columns.
   void run() {
+    for (const Columns columns : {sure_ | first_, sure_}) {  // copies of a volume have one UUID
+      join(
+          columns, [](const Entry& entry) { return entry.sure; },
+          [](const Entry& entry) { return entry.sure; });
+    }
     join(
         first_, [](const Entry& entry) { return entry.first; },
         [](const Entry& entry) { return entry.first; });
@@ -194,6 +203,7 @@ class Matching {
     }
   }
 
+  Columns sure_;
   Columns first_;
   Columns second_;
   Columns content_;

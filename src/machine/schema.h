@@ -15,8 +15,9 @@ enum class Type : std::uint8_t { Text, Integer, Real, Flag };
 
 // How a row is told from others of its table, in this file and in another one: by the values of its
 // columns marked First when it has them, else by those marked Second, else by its place. Several
-// columns with the same mark count together.
-enum class Identity : std::uint8_t { No, First, Second };
+// columns with the same mark count together. The same value of a column marked Sure settles it
+// before all others; another value says nothing.
+enum class Identity : std::uint8_t { No, First, Second, Sure };
 
 // Whether a value changes although nobody changed the machine: free space, times, process numbers,
 // which of its networks it uses.
@@ -72,6 +73,7 @@ inline constexpr Type Flag = Type::Flag;
 inline constexpr Identity No = Identity::No;
 inline constexpr Identity First = Identity::First;
 inline constexpr Identity Second = Identity::Second;
+inline constexpr Identity Sure = Identity::Sure;
 inline constexpr Changes Stays = Changes::No;
 inline constexpr Changes Moves = Changes::Yes;
 
@@ -150,7 +152,7 @@ inline constexpr Column kVolumes[] = {
   {"mount_point", Text,    First,  Stays, Secret::FreeText, "",      "where it is mounted"},
   {"name",        Text,    Second, Stays, Secret::FreeText, "",      "its name"},
   {"bsd_name",    Text,    No,     Moves, Secret::None,     "",      "device name: \"disk1s1\""},
-  {"uuid",        Text,    No,     Stays, Secret::Uuid,     "",      "UUID of the volume"},
+  {"uuid",        Text,    Sure,   Stays, Secret::Uuid,     "",      "UUID of the volume"},
   {"file_system", Text,    No,     Stays, Secret::None,     "",      "\"APFS\", \"Journaled HFS+\""},
   {"size_bytes",  Integer, No,     Stays, Secret::None,     "bytes", "capacity; APFS volumes of one container share it"},
   {"free_bytes",  Integer, No,     Moves, Secret::None,     "bytes", "free; APFS volumes of one container share it"},

@@ -94,6 +94,14 @@ TEST(Compare, TellsRowsByWhatIdentifiesThem) {
   for (const auto& made : cases) {
     EXPECT_EQ(compared(made.before, made.after), made.changes) << made.what;
   }
+  EXPECT_EQ(
+      compared("volumes,uuid=U,name=A,mount_point=/A; volumes,uuid=W,mount_point=/B,writable=true; "
+               "volumes,uuid=W,mount_point=/C,writable=true; volumes,uuid=X,mount_point=/",
+               "volumes,uuid=W,mount_point=/C,writable=false; "
+               "volumes,uuid=W,mount_point=/B,writable=false; "
+               "volumes,uuid=U,name=D,mount_point=/D; volumes,uuid=Y,mount_point=/"),
+      "volumes A.mount_point; volumes A.name; volumes /B.writable; volumes /C.writable; volumes "
+      "/.uuid");
   EXPECT_EQ(compared("volumes,name=V,free_bytes=1; processes,name=p",
                      "volumes,name=V,free_bytes=2; processes,name=q", {true, {}}),
             "volumes V.free_bytes; -processes p; +processes q");

@@ -33,7 +33,7 @@ std::string contentOf(const char* path) {
 // --- docs/tables.md
 
 constexpr const char* kTypes[] = {"text", "integer", "real", "flag"};
-constexpr const char* kIdentities[] = {"", "first", "second"};
+constexpr const char* kIdentities[] = {"", "first", "second", "sure"};
 constexpr const char* kSecrets[] = {
     "",          "serial", "hardware address", "network address", "uuid", "user", "host", "home",
     "free text", "whole"};

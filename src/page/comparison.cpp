@@ -64,8 +64,7 @@ void writeChange(Html& html, const Change& change) {
       html.text(" " + show::labelOf(*change.column));
   }
   if (change.column == nullptr) {
-    html.element("td", change.before == nullptr ? "" : rowWords(change));
-    html.element("td", change.after == nullptr ? "" : rowWords(change));
+    html.element("td", rowWords(change), {"colspan", "2"});
     return;
   }
   writeValue(html, change, change.before);
@@ -82,7 +81,7 @@ void writeChanges(Html& html, const inspect::Comparison& compared) {
     const auto frame =
         html.in("div", {"class", "scroll"}, {"role", "region"},
                 {"aria-label", "changes: " + std::string(table.meaning)}, {"tabindex", "0"});
-    const auto grid = html.in("table");
+    const auto grid = html.in("table", {"class", "changes"});
     {
       const auto head = html.in("thead");
       const auto line = html.in("tr");

@@ -39,6 +39,25 @@ void isolatedIn(Html& html, Name element, std::string_view words) {
   html.isolated(words);
 }
 
+// A list of what is drawn, a sentence at its end for what is more than anybody looks at: all of it
+// stands in its table, too.
+constexpr std::size_t kMostDrawn = 50;
+
+std::string theOthers(std::size_t many, std::string_view table) {
+  return std::to_string(many - kMostDrawn) + " more, in the table of " + std::string(table);
+}
+
+template <typename Item, typename Draw>
+void drawList(Html& html, std::string_view style, std::string_view table,
+              const std::vector<Item>& items, const Draw& draw) {
+  {
+    const auto list = html.in("ul", {"class", style});
+    for (std::size_t i = 0; i < std::min(items.size(), kMostDrawn); ++i) draw(html, items[i]);
+  }
+  if (items.size() <= kMostDrawn) return;
+  html.element("p", "… " + theOthers(items.size(), table) + ".", {"class", "dim"});
+}
+
 // --- Findings, the gravest first
 
 struct Grade {
@@ -149,7 +168,12 @@ void writePool(Html& html, const show::Pool& pool) {
                                 show::poolKind(pool), text(volume[at("volumes", "disk_model")])}));
   if (pool.others.empty()) return;
   std::vector<std::string> others;
-  for (const Row* other : pool.others) others.push_back(volumeName(*other));
+  for (const Row* other : pool.others) {
+    if (others.size() < kMostDrawn) others.push_back(volumeName(*other));
+  }
+  if (others.size() < pool.others.size()) {
+    others.push_back(theOthers(pool.others.size(), "volumes"));
+  }
   html.text(" ");
   html.element("small", "in the same space: " + joined(others));
 }
@@ -172,13 +196,11 @@ void writeDisk(Html& html, const Row& disk) {
 void writeStorage(Html& html, const Description& machine) {
   html.element("h3", "Volumes");
   if (hasRows(html, machine, "volumes")) {
-    const auto list = html.in("ul", {"class", "gauges"});
-    for (const show::Pool& pool : show::pools(machine)) writePool(html, pool);
+    drawList(html, "gauges", "volumes", show::pools(machine), writePool);
   }
   html.element("h3", "Disks");
   if (hasRows(html, machine, "disks")) {
-    const auto list = html.in("ul", {"class", "gauges"});
-    for (const Row& disk : rowsOf(machine, "disks")) writeDisk(html, disk);
+    drawList(html, "gauges", "disks", rowsOf(machine, "disks"), writeDisk);
   }
 }
 
@@ -218,8 +240,7 @@ void writeMemory(Html& html, const Description& machine) {
   const std::string words = show::memoryText(machine);
   if (!words.empty()) html.element("p", words);
   if (!hasRows(html, machine, "memory")) return;
-  const auto list = html.in("ul", {"class", "slots"});
-  for (const Row& slot : rowsOf(machine, "memory")) writeSlot(html, slot);
+  drawList(html, "slots", "memory", rowsOf(machine, "memory"), writeSlot);
 }
 
 // --- Displays
@@ -268,26 +289,26 @@ void writeDisplays(Html& html, const Description& machine) {
     guessed = guessed || !extent->measured;
   }
   constexpr double kLargest = 13;  // in the height of a letter: fits on a telephone
-  {
-    const auto list = html.in("ul", {"class", "screens"});
-    for (const Row& display : rowsOf(machine, "displays")) {
-      const auto item = html.in("li");
-      if (const auto extent = extentOf(display)) {
-        const double scale = kLargest / largest;
-        const std::string style = formatString("width:%.2fem;height:%.2fem;margin-top:%.2fem",
-                                               scale * extent->width, scale * extent->height,
-                                               scale * (tallest - extent->height));  // on one floor
-        html.element("div", "", {"class", extent->measured ? "screen" : "screen none"},
-                     {"style", style}, {"aria-hidden", "true"});
-      }
-      html.isolated(show::displayText(display));
-      const auto refresh = known<double>(display[at("displays", "refresh_hz")]);
-      html.text(" ");
-      html.element("small", joined({refresh ? formatString("%.4g Hz", *refresh) : "",
-                                    text(display[at("displays", "connection")]),
-                                    text(display[at("displays", "adapter")])}));
+  const auto writeDisplay = [&](Html& into, const Row& display) {
+    const auto item = into.in("li");
+    if (const auto extent = extentOf(display)) {
+      const double scale = kLargest / largest;
+      const std::string style = formatString("width:%.2fem;height:%.2fem;margin-top:%.2fem",
+                                             scale * extent->width, scale * extent->height,
+                                             scale * (tallest - extent->height));  // on one floor
+      into.element("div", "", {"class", extent->measured ? "screen" : "screen none"},
+                   {"style", style}, {"aria-hidden", "true"});
     }
-  }
+    into.isolated(show::displayName(display));
+    into.text(" ");
+    into.element("span", show::displayMode(display));
+    const auto refresh = known<double>(display[at("displays", "refresh_hz")]);
+    into.text(" ");
+    into.element("small", joined({refresh ? formatString("%.4g Hz", *refresh) : "",
+                                  text(display[at("displays", "connection")]),
+                                  text(display[at("displays", "adapter")])}));
+  };
+  drawList(html, "screens", "displays", rowsOf(machine, "displays"), writeDisplay);
   if (largest > 0) {
     html.element("p",
                  guessed

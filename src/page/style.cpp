@@ -80,7 +80,8 @@ dd { margin: 0; }
 .screens li { width: min-content; min-width: min(9rem, 100%); max-width: 100%; }
 .screen { border: 3px solid var(--bar); border-radius: 5px; background: var(--track); max-width: 100%; margin-bottom: .4rem; }
 .screen.none { border-style: dashed; }
-.screens bdi, .screens small { display: block; }
+.screens bdi, .screens span, .screens small { display: block; }
+.screens span { white-space: nowrap; }
 table { border-collapse: collapse; width: 100%; font-size: .93rem; }
 caption { text-align: left; color: var(--dim); padding-bottom: .3rem; }
 th, td { text-align: left; vertical-align: top; padding: .3rem .8rem .3rem 0; border-bottom: 1px solid var(--line); unicode-bidi: plaintext; }
@@ -91,6 +92,12 @@ th small, td small { display: block; }
 .scroll { overflow-x: auto; }
 .scroll td, .scroll th { overflow-wrap: break-word; max-width: 28rem; }
 .apps td:last-child { white-space: nowrap; }
+.changes { table-layout: fixed; }
+.changes thead th:nth-child(1), .changes thead th:nth-child(2) { width: 22%; }
+@media screen and (max-width: 60rem) {
+  .apps table { min-width: 64rem; }
+  .changes { min-width: 30rem; }
+}
 .number { text-align: right; white-space: nowrap; }
 .chart th { font-weight: normal; width: 30%; }
 .chart td:last-child { text-align: right; white-space: nowrap; width: 1%; padding-left: .8rem; }

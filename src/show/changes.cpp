@@ -175,6 +175,7 @@ std::string figureOf(const Column& column, const Value& value) {
 }
 
 std::string labelOf(const Column& column) {
+  if (column.name == "is_64bit") return "64-bit";
   std::string label(column.name);
   if (!column.unit.empty()) {
     const bool fraction = column.unit.find('/') != std::string_view::npos;  // "_mbit_s"

@@ -150,16 +150,24 @@ std::string attachedText(const Description& machine) {
       {usb == 0 ? "" : count(usb, "USB device"), printers == 0 ? "" : count(printers, "printer")});
 }
 
-std::string displayText(const Row& display) {
-  const std::string name = text(display[at("displays", "name")]);
+std::string displayName(const Row& display) {
   const auto diagonal = known<double>(display[at("displays", "diagonal_in")]);
+  return joined(
+      {text(display[at("displays", "name")]), diagonal ? formatString("%.3g\"", *diagonal) : ""},
+      " ");
+}
+
+std::string displayMode(const Row& display) {
   const auto width = integer(display[at("displays", "width_px")]);
   const auto height = integer(display[at("displays", "height_px")]);
   const std::string pixels =
       width && height ? std::to_string(*width) + " x " + std::to_string(*height) : "";
-  return joined({joined({name, diagonal ? formatString("%.3g\"", *diagonal) : ""}, " "), pixels,
-                 isTrue(display[at("displays", "built_in")]) ? "built-in" : "",
+  return joined({pixels, isTrue(display[at("displays", "built_in")]) ? "built-in" : "",
                  isTrue(display[at("displays", "virtual")]) ? "virtual" : ""});
+}
+
+std::string displayText(const Row& display) {
+  return joined({displayName(display), displayMode(display)});
 }
 
 std::string diskText(const Row& disk) {

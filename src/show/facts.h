@@ -58,7 +58,9 @@ std::string attachedText(const machine::Description& machine);  // USB devices a
 
 // --- Rows of tables
 
-std::string displayText(const machine::Row& display);  // "Color LCD 14.2", 3024 x 1964, built-in"
+std::string displayName(const machine::Row& display);  // "Color LCD 14.2""
+std::string displayMode(const machine::Row& display);  // "3024 x 1964, built-in"
+std::string displayText(const machine::Row& display);  // both
 std::string diskText(const machine::Row& disk);  // all but its health: "APPLE SSD, 500 GB SSD"
 
 // Volumes of one container share its space: they are one pool, named after the one that the system

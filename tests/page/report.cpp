@@ -215,12 +215,26 @@ TEST(Report, IsSmallWithManyApplications) {
   EXPECT_LT(reportOf(mac).size(), 1000000U);
 }
 
+TEST(Report, DrawsTheFirstOfMany) {
+  Description mac(machine::Source::Debug);
+  for (int i = 0; i < 120; ++i) {
+    for (const char* table : {"volumes", "disks", "memory", "displays"}) addRow(mac, table, {});
+  }
+  const pugi::xml_document page = parsed(reportOf(mac));
+  EXPECT_EQ(
+      page.select_nodes("//section[not(@id='tables')]//li[not(ancestor::ul/@class='findings')]")
+          .size(),
+      200U);
+  EXPECT_EQ(page.select_nodes("//p[starts-with(.,'… 70 more, in the table of ')]").size(), 4U);
+}
+
 TEST(Comparison, TellsBeforeFromAfter) {
   Description before = notebook();
   const Description after = notebook();
   const std::size_t machine = machine::tableAt("machine");
   const std::size_t memory = machine::columnAt("machine", "memory_mb");
   before[machine].rows[0][memory] = std::int64_t{32768};
+  const std::size_t slots = machine::tableAt("memory");
   inspect::Comparison compared;
   const auto page = [&] {
     return parsed(page::comparison({before, "a.hux"}, {after, "b.hux"}, compared, "huxutil 1"));
@@ -228,15 +242,18 @@ TEST(Comparison, TellsBeforeFromAfter) {
   EXPECT_STREQ(
       page().child("html").child("body").child("main").child("section").child("p").text().get(),
       "Nothing changed.");
-  compared.changes = {
-      {inspect::Change::Kind::Changed, &machine::kTables[machine], "",
-       &machine::kTables[machine].columns[memory], &before[machine].rows[0],
-       &after[machine].rows[0]}
-  };
+  const machine::Table& schema = machine::kTables[machine];
+  const machine::Row* slot = &before[slots].rows[0];
+  using enum inspect::Change::Kind;
+  compared.changes.push_back({Changed, &schema, "", &schema.columns[memory],
+                              &before[machine].rows[0], &after[machine].rows[0]});
+  compared.changes.push_back({Removed, &machine::kTables[slots], "slot", nullptr, slot, nullptr});
   compared.sameMachine = false;
   const pugi::xml_document seen = page();
   EXPECT_EQ(pugi::xpath_query("string(//tbody/tr)").evaluate_string(seen),
             "memorychanged32 GB16 GB");
+  EXPECT_EQ(pugi::xpath_query("string(//td[@colspan='2'])").evaluate_string(seen),
+            "used: yes, soldered: yes, size: 16 GB, type: LPDDR5");
   EXPECT_EQ(
       pugi::xpath_query("string(//*[@aria-label='Warning'])").evaluate_string(seen).substr(0, 34),
       "These are two different machines: ");

@@ -106,7 +106,7 @@ class WholeRows {
   }
 
   // Tells such rows apart by what identifies them.
-  StyledLine line(const Change& change) {
+  StyledLine line(const Change& change) const {
     StyledLine line = wholeRow(change);
     const std::string text = withoutSign(line);
     if (!removed_.contains(text) || !added_.contains(text)) return line;
@@ -188,7 +188,7 @@ std::string labelOf(const Column& column) {
 
 std::vector<StyledLine> changeLines(const std::vector<Change>& changes) {
   std::vector<StyledLine> lines;
-  WholeRows wholeRows(changes);
+  const WholeRows wholeRows(changes);
   std::string last;
   std::size_t times = 0;
   const auto finish = [&] {

@@ -8,10 +8,12 @@
 #include <cstring>
 #include <optional>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "fleet/entriesTable.h"
 #include "fleet/store.h"
 #include "fleet/versionOrder.h"
+#include "huxread/layout.h"
 
 namespace fleet {
 
@@ -22,6 +24,8 @@ namespace {
 
 int authorize(void* /*unused*/, int action, const char* first, const char* second,
               const char* /*database*/, const char* /*view*/) {
+  // The second takes the address of code.
+  constexpr std::string_view kFunctions[] = {"load_extension", "fts3_tokenizer"};
   constexpr std::string_view kPragmas[] = {"table_info",    "index_list",     "index_info",
                                            "database_list", "collation_list", "compile_options"};
   switch (action) {
@@ -30,7 +34,8 @@ int authorize(void* /*unused*/, int action, const char* first, const char* secon
     case SQLITE_RECURSIVE:
       return SQLITE_OK;
     case SQLITE_FUNCTION:
-      return std::string_view(second) == "load_extension" ? SQLITE_DENY : SQLITE_OK;
+      return std::ranges::find(kFunctions, second) != std::end(kFunctions) ? SQLITE_DENY
+                                                                           : SQLITE_OK;
     case SQLITE_PRAGMA:
       return std::ranges::find(kPragmas, first) == std::end(kPragmas) ? SQLITE_DENY : SQLITE_OK;
     default:
@@ -43,6 +48,21 @@ std::size_t charactersBefore(std::string_view text, std::size_t place) {
   return static_cast<std::size_t>(std::ranges::count_if(text.substr(0, place), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   }));
+}
+
+bool isOfWord(char c) {
+  return (static_cast<unsigned char>(c) & 0x80) != 0 || isDigit(c) || c == '_' ||
+         (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Where a name first stands as a word of its own.
+std::optional<std::size_t> placeOfName(const std::string& name, std::string_view sql) {
+  for (std::size_t at = sql.find(name); at != std::string_view::npos; at = sql.find(name, at + 1)) {
+    const std::size_t end = at + name.size();
+    const bool begins = at == 0 || !isOfWord(sql[at - 1]);
+    if (begins && (end == sql.size() || !isOfWord(sql[end]))) return at;
+  }
+  return std::nullopt;
 }
 
 // Where the token is that a message names: before the place that the compiler had come to in
@@ -59,8 +79,7 @@ std::optional<std::size_t> placeOf(const std::string& problem, std::string_view 
   }
   const std::size_t colon = problem.rfind(": ");
   if (!problem.starts_with("no such ") || colon == std::string::npos) return std::nullopt;
-  const std::size_t place = sql.find(problem.substr(colon + 2));
-  return place == std::string_view::npos ? std::nullopt : std::optional(place);
+  return placeOfName(problem.substr(colon + 2), sql);
 }
 
 }  // namespace
@@ -83,8 +102,16 @@ Result<Database> openForReading(const std::string& path) {
 bool restrictToReading(Database& database) {
   sqlite3* connection = database.handle();
   sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
-  // "Safari" is a text where nothing is called so. Libraries that do not know the setting do that.
+  // No text that a query makes takes more than the greatest file, which must come through.
+  constexpr int kRest = 1 << 20;  // of a row beside the file
+  sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, static_cast<int>(huxread::kMaxFileSize) + kRest);
+  // Libraries that do not know these settings refuse them, without harm. "Safari" is a text where
+  // nothing is called so, as it always was in those. What a file that somebody else made has in its
+  // views calls no function with effects, and no query reaches what tables of code keep for
+  // themselves.
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DQS_DML, 1, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   return database.run(
              "PRAGMA query_only = ON; PRAGMA temp_store = FILE; PRAGMA cache_size = -65536;") &&
          offerVersionKey(connection) && offerEntries(connection) &&
@@ -97,14 +124,19 @@ bool isComplete(const std::string& sql) {
   return sqlite3_complete(sql.c_str()) != 0;
 }
 
-Result<Statement> compileQuery(Database& database, std::string_view sql, std::size_t& end) {
+Result<Statement> compileQuery(Database& database, std::string_view text, std::size_t& at) {
+  const std::size_t begin = at;
+  const std::string_view sql = text.substr(begin);
+  std::size_t end = 0;
   Result<Statement> statement = database.prepare(sql, &end);
+  at = begin + end;
   if (statement) return statement;
   const std::string problem = statement.error().message;
   if (problem == "not authorized") return Error{"a query can only read"};
   const auto place = placeOf(problem, sql, end);
   if (!place) return statement;
-  return Error{problem + formatString(", at character %zu", charactersBefore(sql, *place) + 1)};
+  return Error{problem +
+               formatString(", at character %zu", charactersBefore(text, begin + *place) + 1)};
 }
 
 }  // namespace fleet

@@ -19,9 +19,9 @@ huxread::Result<Database> openForReading(const std::string& path);
 // changes a setting is refused. False when the library refuses that.
 bool restrictToReading(Database& database);
 
-// A query of a person. `end` is where the next statement begins. The error says where it was met,
-// as "character 10", when that is known.
-huxread::Result<Statement> compileQuery(Database& database, std::string_view sql, std::size_t& end);
+// The statement of a person's text that begins at `at`, which is then where the next one does. The
+// error says where it was met, as "character 10" of the text, when that is known.
+huxread::Result<Statement> compileQuery(Database& database, std::string_view text, std::size_t& at);
 
 // Whether the last statement of a text is ended by a ";".
 bool isComplete(const std::string& sql);

@@ -112,6 +112,8 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
                                       "PRAGMA query_only = 0",
                                       "PRAGMA writable_schema = 1",
                                       "SELECT load_extension('x')",
+                                      "SELECT fts3_tokenizer('simple')",
+                                      "SELECT fts3_tokenizer('simple', x'4141414141414141')",
                                       "CREATE VIRTUAL TABLE x USING fts4(a)",
                                       "ANALYZE",
                                       "REINDEX",
@@ -128,6 +130,10 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
          "huxutil: sql: near \"FORM\": syntax error, at character 10\n");
   expect("sql --db f.db \"SELECT '\xC3\xA9', nane FROM software\"", 2, "",
          "huxutil: sql: no such column: nane, at character 13\n");
+  expect("sql --db f.db \"SELECT 1 AS b; SELECT name, a FROM software\"", 2, "b\n1\n",
+         "huxutil: sql: no such column: a, at character 29\n");
+  expect("sql --db f.db \"SELECT zeroblob(600000000)\"", 2, testing::_,
+         "huxutil: sql: string or blob too big\n");
 }
 
 // The same rows as csv has, so that no column is mixed up on the way.

@@ -118,14 +118,12 @@ class Session {
   // Statements with ";" between them, up to the first one that fails.
   int run(std::string_view sql) {
     interrupted = 0;
-    for (;;) {
-      sql.remove_prefix(std::min(sql.find_first_not_of(" \t\r\n;"), sql.size()));
-      if (sql.empty()) return kDone;
-      std::size_t end = 0;
-      auto query = compileQuery(database_, sql, end);
+    for (std::size_t at = 0;;) {
+      at = sql.find_first_not_of(" \t\r\n;", at);
+      if (at == std::string_view::npos) return kDone;
+      auto query = compileQuery(database_, sql, at);
       if (!query) return fail(query.error().message);
       if (*query && !print(*query)) return fail(database_.problem());
-      sql.remove_prefix(end);
     }
   }
 

@@ -159,6 +159,9 @@ FleetMac::FleetMac(std::uint64_t seed, int number)
   uuid_ = formatString("%08X-%04X-4%03X-A%03X-%012X", static_cast<unsigned>(upTo(1 << 30)),
                        static_cast<unsigned>(upTo(1 << 16)), static_cast<unsigned>(upTo(1 << 12)),
                        static_cast<unsigned>(upTo(1 << 12)), static_cast<unsigned>(number));
+  // And some do not say who they are, as after a repair without the last step.
+  if (number % 500 >= 9 && number % 500 <= 11) serial_.clear();
+  if (number % 500 == 9) uuid_.clear();
   user_ =
       std::string(kPeople[static_cast<std::size_t>(upTo(static_cast<int>(std::size(kPeople))))]) +
       std::to_string(number);
@@ -232,8 +235,9 @@ std::string FleetMac::hardware() const {
   }
   item += text("boot_rom_version", formatString("%s.0.0", kSystems[system_].build)) +
           text("machine_model", model.id) + text("machine_name", model.name) +
-          text("physical_memory", formatString("%d GB", memory_)) + text("platform_UUID", uuid_) +
-          text("serial_number", serial_);
+          text("physical_memory", formatString("%d GB", memory_));
+  if (!uuid_.empty()) item += text("platform_UUID", uuid_);
+  if (!serial_.empty()) item += text("serial_number", serial_);
   return dataType("SPHardwareDataType", dictionary(item));
 }
 
@@ -301,7 +305,8 @@ std::string FleetMac::storage() const {
                        text("medium_type", "ssd") + text("protocol", "Apple Fabric") +
                        text("smart_status", failing_ ? "Failing" : "Verified")) +
         integer("size_in_bytes", disk_) +
-        text("volume_uuid", uuid_.substr(0, 35) + place[std::string_view(place).size() - 1]) +
+        text("volume_uuid",
+             formatString("%035d", number_) + place[std::string_view(place).size() - 1]) +
         text("writable", "yes"));
   };
   return dataType("SPStorageDataType", volume("Data", "disk3s5", "/System/Volumes/Data") +

@@ -1,6 +1,7 @@
 #include "fleet/database.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <type_traits>
 #include <variant>
@@ -107,6 +108,10 @@ void Database::Close::operator()(sqlite3* connection) const {
 }
 
 Result<Database> Database::open(const std::string& path, Access access) {
+  struct stat status {};  // a pipe would be waited for
+  if (!path.empty() && stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    return Error{"is no file"};
+  }
   // One thread at a time uses it.
   int flags = SQLITE_OPEN_NOMUTEX;
   flags |= access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;

@@ -87,10 +87,25 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
   write("statements", "SELECT 1 AS one;\n-- nothing\nSELECT 2 AS two\n");
   expect("sql --db f.db <statements", 0, "one\n  1\ntwo\n  2\n");
 
+  // What is no file is not waited for, and what nobody reads is not made.
+  outcome("mkfifo macs/pipe.hux pipe && ln -s nowhere macs/link.hux && mkdir none");
+  expect("load macs --db f.db", 1, "5 files: 0 new, 3 known already, 2 left out\n",
+         AllOf(HasSubstr("macs/pipe.hux: is no file; left out"), HasSubstr("link.hux: No such")));
+  for (const std::string place : {"pipe", "."}) {
+    expect("sql --db " + place + " 'SELECT 1'", 2, "", "huxutil: " + place + ": is no file\n");
+  }
+  expect("load macs/a.hux --db pipe", 2, "", "huxutil: pipe: is no file\n");
+  expect("load none --db none.db", 2, "", HasSubstr("no snapshot files"));
+  EXPECT_FALSE(std::filesystem::exists("none.db"));
+  expect("load macs/a.hux nowhere.hux --to clickhouse | tail -n 1", 0, StartsWith("INSERT INTO"),
+         EndsWith("2 files: 1 printed, 1 left out\n"));
+  expect("load macs --to clickhouse --db f.db", 2, "", HasSubstr("where to?"));
+  expect("sql --csv --json --db f.db 'SELECT 1'", 2, "", HasSubstr("one of"));
+
   write("text.db",
         "no database, and longer than the header of one, which takes a hundred bytes: "
         "so that it is not taken for an empty one");
-  expect("load macs --db text.db", 2, "", "huxutil: text.db: file is not a database\n");
+  expect("load macs/a.hux --db text.db", 2, "", "huxutil: text.db: file is not a database\n");
   expect("sql --db nowhere.db 'SELECT 1'", 2, "", HasSubstr("No such file"));
   expect("load macs", 2, "", HasSubstr("where to?"));
   expect("sql 'SELECT 1'", 2, "", HasSubstr("of what?"));

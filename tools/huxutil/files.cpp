@@ -62,7 +62,13 @@ void addFolder(const std::string& root, std::vector<std::string>& files, int& co
       if (S_ISDIR(status.st_mode)) {
         below.push_back(path);
       } else if (name.ends_with(kExtension)) {
-        files.push_back(path);
+        // Whoever reads a link to nothing says so; a pipe would be waited for.
+        if (stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) {
+          files.push_back(path);
+        } else {
+          printMessage(path, "is no file; left out");
+          code = std::max(code, kNo);
+        }
       }
     }
     folders.insert(folders.end(), below.rbegin(), below.rend());

@@ -8,17 +8,19 @@
 #include "takeIn.h"
 
 int runLoad(const Arguments& arguments) {
-  if (arguments.engine == "clickhouse") return loadToClickHouse(arguments);
-  if (!arguments.engine.empty() || arguments.database.empty()) {
+  const bool toClickHouse = arguments.engine == "clickhouse";
+  if (arguments.database.empty() ? !toClickHouse : !arguments.engine.empty()) {
     printMessage("load", "where to? --db FILE or --to clickhouse");
     return kTrouble;
   }
+  if (toClickHouse) return loadToClickHouse(arguments);
   if (arguments.files.empty()) {
     printMessage("load", "which files?");
     return kTrouble;
   }
   int code = kDone;
   const std::vector<std::string> files = expandFiles(arguments.files, code);
+  if (files.empty()) return code;  // what was wrong is said
   auto store = fleet::Store::open(arguments.database);
   if (!store) {
     printMessage(arguments.database, store.error().message);

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -15,7 +16,8 @@
 
 namespace {
 
-int writeError = 0;  // of standard output; 0 while there was none
+// Of standard output; 0 while there was none. Threads that make output ask for it, too.
+std::atomic<int> writeError = 0;
 
 }  // namespace
 

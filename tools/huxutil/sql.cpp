@@ -249,6 +249,10 @@ int runSql(const Arguments& arguments) {
     printMessage("sql", "of what? a query and files, or --db FILE alone, which load fills");
     return kTrouble;
   }
+  if (arguments.csv && arguments.json) {
+    printMessage("sql", "one of --csv and --json");
+    return kTrouble;
+  }
   if (arguments.database.empty()) return answerFromFiles(arguments);
   auto database = fleet::openForReading(arguments.database);
   if (!database) {

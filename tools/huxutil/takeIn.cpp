@@ -1,58 +1,19 @@
 #include "takeIn.h"
 
-#include <unistd.h>
-
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <utility>
 
-#include "base/formatString.h"
 #include "files.h"
 #include "output.h"
 #include "platform/host.h"
+#include "progress.h"
 
 using fleet::Scan;
 using fleet::Store;
 using huxread::Result;
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-// One line on the terminal that standard error is, drawn anew some times a second.
-class Progress {
- public:
-  explicit Progress(std::size_t total) : total_(total) {}
-  ~Progress() { clear(); }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  void show(std::size_t done) {
-    constexpr std::chrono::milliseconds kPause(200);
-    const Clock::time_point now = Clock::now();
-    if (!terminal_ || now - drawn_ < kPause) return;
-    drawn_ = now;
-    const double seconds = std::chrono::duration<double>(now - began_).count();
-    const double rate = static_cast<double>(done) / seconds;
-    const double left = static_cast<double>(total_ - done) / rate;
-    printErrors(formatString("\r\33[K%zu of %zu files, %.0f a second, %.0f s left", done, total_,
-                             rate, left));
-    shown_ = true;
-  }
-
-  void clear() {
-    if (shown_) printErrors("\r\33[K");
-    shown_ = false;
-  }
-
- private:
-  std::size_t total_;
-  bool terminal_ = isatty(STDERR_FILENO) != 0;
-  bool shown_ = false;
-  Clock::time_point began_ = Clock::now();
-  Clock::time_point drawn_ = began_;
-};
 
 class Taking {
  public:

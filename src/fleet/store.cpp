@@ -22,10 +22,6 @@ using Step = Statement::Step;
 
 namespace {
 
-// A batch ends when it has taken so long or so much. A batch that is longer is not faster, and
-// another program that waits, or a kill, costs what is in it.
-constexpr std::chrono::seconds kBatchTime(2);
-constexpr std::size_t kBatchBytes = std::size_t{256} << 20;
 // Of rows that are remembered to find their numbers without asking the database.
 constexpr std::size_t kRememberedBytes = std::size_t{64} << 20;
 
@@ -91,21 +87,25 @@ std::optional<Error> recognise(Database& database) {
     const bool busy = database.busy();
     return Error{busy ? "another program is writing to it" : database.problem()};
   }
-  if (query->integer(0) != kApplication) return Error{"is a database of something else"};
-  if (database.number("PRAGMA user_version") != kVersion) {
-    return Error{"was made by a newer huxutil"};
+  if (query->integer(0) != kApplication) {
+    const bool empty = database.number("PRAGMA schema_version") == 0;
+    return Error{empty ? "is empty; load makes it a database" : "is a database of something else"};
   }
+  const std::int64_t version = database.number("PRAGMA user_version");
+  if (version > kVersion) return Error{"was made by a newer huxutil"};
+  if (version < kVersion)
+    return Error{"was made by an older huxutil; load the files into a new one"};
   return std::nullopt;
 }
 
-Result<Store> Store::open(const std::string& path) {
+Result<Store> Store::open(const std::string& path, const Batch& batch) {
   sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);  // counts nobody asks for; refused once it runs
   if (!path.empty()) {
     if (const auto error = makePrivate(path)) return *error;
   }
   Result<Database> database = Database::open(path, Database::Access::Write);
   if (!database) return database.error();
-  Store store(std::move(*database));
+  Store store(std::move(*database), batch);
   if (const auto error = store.start(path.empty())) return *error;
   return store;
 }
@@ -156,6 +156,8 @@ void Store::compileAll() {
         compile("SELECT _id" + shared.names + " FROM " + name + "_rows WHERE _hash = ?");
     writers_[i].insert = compile("INSERT INTO " + name + "_rows (_hash" + shared.names +
                                  ") VALUES (?" + shared.marks + ")");
+    writers_[i].links = compile("SELECT _row FROM " + name + "_links WHERE _id BETWEEN ? AND ?");
+    writers_[i].count = compile("UPDATE " + name + "_rows SET _now = _now + ? WHERE _id = ?");
     writers_[i].link = compile("INSERT INTO " + name + "_links (_id, _row" + own.names +
                                ") VALUES (?, ?" + own.marks + ")");
   }
@@ -223,8 +225,21 @@ bool Store::finish() {
 
 bool Store::commit() {
   if (problem_ || !inBatch_) return !problem_;
+  keepCounts();
   inBatch_ = false;
-  return database_.run("COMMIT") || fail();
+  return !problem_ && (database_.run("COMMIT") || fail());
+}
+
+void Store::keepCounts() {
+  for (Writer& writer : writers_) {
+    for (const auto& [row, more] : writer.counted) {
+      if (more == 0) continue;  // most of a machine's rows, when it is scanned again
+      writer.count.bind(1, more);
+      writer.count.bind(2, row);
+      run(writer.count);
+    }
+    writer.counted.clear();
+  }
 }
 
 // By the instant, not by the text, which may be of any time zone; of equal ones the later that
@@ -238,19 +253,24 @@ bool Store::becomesLatest(const Scan& scan) {
   findLatest_.reset();
   const bool newer =
       !machine::isKnown(time) || (scan.scannedUnix && Value(*scan.scannedUnix) >= time);
-  if (newer) {
-    outdate_.bind(1, id);
-    run(outdate_);
-  }
+  if (newer) outdate(id);
   return newer;
 }
 
-std::int64_t Store::addScan(const Scan& scan) {
+void Store::outdate(std::int64_t scan) {
+  outdate_.bind(1, scan);
+  run(outdate_);
+  for (Writer& writer : writers_) {
+    writer.links.bind(1, scan << kPlaceBits);
+    writer.links.bind(2, ((scan + 1) << kPlaceBits) - 1);
+    while (writer.links.step() == Step::Row) --writer.counted[writer.links.integer(0)];
+  }
+}
+
+std::int64_t Store::addScan(const Scan& scan, bool latest) {
   const auto column = [&scan](const char* name) -> const Value& {
-    return scan.machine.machine(static_cast<std::size_t>(
-        machine::findColumn(machine::kTables[0], name) - machine::kTables[0].columns.data()));
+    return scan.machine.machine(machine::columnAt("machine", name));
   };
-  const bool latest = becomesLatest(scan);
   const std::string missing = notRecorded(scan.machine);
   insertScan_.bind(1, std::string_view(scan.digest));
   insertScan_.bind(2, std::string_view(scan.file));
@@ -272,15 +292,16 @@ std::int64_t Store::addScan(const Scan& scan) {
 bool Store::add(const Prepared& prepared) {
   const Scan& scan = prepared.scan;
   if (!begin() || knows(scan.digest, scan.bytes)) return false;
-  const std::int64_t id = addScan(scan);
-  for (std::size_t table = 0; table < kStoredCount; ++table) addRows(table, id, prepared);
+  const bool latest = becomesLatest(scan);
+  const std::int64_t id = addScan(scan, latest);
+  for (std::size_t table = 0; table < kStoredCount; ++table) addRows(table, id, latest, prepared);
   batchBytes_ += scan.bytes.size();
   const auto age = std::chrono::steady_clock::now() - batchBegan_;
-  if (batchBytes_ >= kBatchBytes || age >= kBatchTime) commit();
+  if (batchBytes_ >= batch_.bytes || age >= batch_.time) commit();
   return !problem_;
 }
 
-void Store::addRows(std::size_t table, std::int64_t scan, const Prepared& prepared) {
+void Store::addRows(std::size_t table, std::int64_t scan, bool latest, const Prepared& prepared) {
   const std::vector<Row>& rows = prepared.rows(table);
   const auto& [bytes, keys] = prepared.keys[table];
   Statement& link = writers_[table].link;
@@ -289,7 +310,9 @@ void Store::addRows(std::size_t table, std::int64_t scan, const Prepared& prepar
     const std::string_view key = std::string_view(bytes).substr(start, keys[i].end - start);
     start = keys[i].end;
     link.bind(1, (scan << kPlaceBits) + static_cast<std::int64_t>(i));
-    link.bind(2, rowNumber(table, rows[i], keys[i].hash, key));
+    const std::int64_t row = rowNumber(table, rows[i], keys[i].hash, key);
+    if (latest) ++writers_[table].counted[row];
+    link.bind(2, row);
     int parameter = 3;
     for (const std::size_t column : splitOf(table).own) link.bind(parameter++, rows[i][column]);
     run(link);

@@ -19,10 +19,18 @@ namespace fleet {
 // every batch before; a program that is killed leaves whole batches. One thread at a time uses it.
 class Store {
  public:
+  // A batch ends when it has taken so long or so much. A longer one is not faster, and another
+  // program that waits, or a kill, costs what is in it.
+  struct Batch {
+    std::chrono::milliseconds time = std::chrono::seconds(2);
+    std::size_t bytes = std::size_t{256} << 20;
+  };
+
   // Opens a database or makes a new one, for its owner's eyes only; "" makes one that goes with
   // the store. Waits up to a minute for another program that is writing. Fails, in words, when the
-  // file is no database, or one of something else or of a newer program.
-  static huxread::Result<Store> open(const std::string& path);
+  // file is no database, or one of something else or of another version of the program.
+  static huxread::Result<Store> open(const std::string& path) { return open(path, Batch()); }
+  static huxread::Result<Store> open(const std::string& path, const Batch& batch);
 
   // Of a scan what takes the longest and needs no database.
   struct Prepared {
@@ -69,10 +77,13 @@ class Store {
     Statement find;    // rows by hash
     Statement insert;  // a row
     Statement link;    // a row of a scan
+    Statement links;   // the rows of a scan
+    Statement count;   // adds to how often latest scans have a row
+    std::unordered_map<std::int64_t, std::int64_t> counted;  // what the batch adds to that, by row
     std::unordered_map<std::uint64_t, std::pair<std::string, std::int64_t>> recent;  // by hash
   };
 
-  explicit Store(Database database) : database_(std::move(database)) {}
+  Store(Database database, const Batch& batch) : database_(std::move(database)), batch_(batch) {}
 
   std::optional<huxread::Error> start(bool temporary);
   Statement compile(const std::string& sql);
@@ -81,14 +92,17 @@ class Store {
   bool commit();
   bool run(Statement& statement);
   bool fail();
-  std::int64_t addScan(const Scan& scan);
+  std::int64_t addScan(const Scan& scan, bool latest);
   bool becomesLatest(const Scan& scan);
-  void addRows(std::size_t table, std::int64_t scan, const Prepared& prepared);
+  void outdate(std::int64_t scan);
+  void addRows(std::size_t table, std::int64_t scan, bool latest, const Prepared& prepared);
+  void keepCounts();
   std::int64_t rowNumber(std::size_t table, const machine::Row& row, std::uint64_t hash,
                          std::string_view key);
   std::int64_t findRow(std::size_t table, const machine::Row& row, std::uint64_t hash);
 
   Database database_;
+  Batch batch_;
   std::int64_t seed_ = 0;
   std::vector<std::string> known_;  // digests, sorted
   std::array<Writer, kStoredCount> writers_;

@@ -88,7 +88,9 @@ std::string creationOf(std::size_t place) {
   const std::string join = " AS SELECT " + viewOf(place) + " FROM _" + name + "_links l JOIN _" +
                            name + "_rows r ON r._id = l._row JOIN _scans s ON " + scan;
   const std::string parts[] = {
-      "CREATE TABLE _" + name + "_rows (_id INTEGER PRIMARY KEY, _hash INTEGER NOT NULL" +
+      "CREATE TABLE _" + name +
+          "_rows (_id INTEGER PRIMARY KEY, _hash INTEGER NOT NULL, _now INTEGER NOT NULL"
+          " DEFAULT 0" +
           definitions(table, split.shared) + ");",
       "CREATE INDEX _" + name + "_hash ON _" + name + "_rows (_hash);",
       "CREATE TABLE _" + name + "_links (_id INTEGER PRIMARY KEY, _row INTEGER NOT NULL" +
@@ -99,16 +101,23 @@ std::string creationOf(std::size_t place) {
   return std::accumulate(std::begin(parts), std::end(parts), std::string());
 }
 
-// What the library plans queries by, as if it had looked: many machines share a row. Without, it
-// goes through all links where it could begin with the few rows.
+// Of all machines, and without walking their links.
+constexpr const char* kSpread =
+    "CREATE INDEX _software_name ON _software_rows (name);"
+    "CREATE VIEW software_spread AS SELECT name, version, sum(_now) AS installations"
+    " FROM _software_rows WHERE _now > 0 GROUP BY name, version;";
+
+// What the library plans queries by, as if it had looked: many machines share a row, and a scan has
+// fewer links than there are rows. Without, it goes through all links where it could begin with the
+// rows of a name, or through all rows where it could begin with the links of a scan.
 std::string statistics() {
   std::string sql =
       "ANALYZE sqlite_master; INSERT INTO sqlite_stat1 VALUES"
       " ('_scans', '_scans_digest', '20000 1'), ('_scans', '_scans_owner', '20000 2'),"
-      " ('_scans', '_scans_serial', '20000 2')";
+      " ('_scans', '_scans_serial', '20000 2'), ('_software_rows', '_software_name', '100000 20')";
   for (std::size_t table = 0; table < kStoredCount; ++table) {
     const std::string name = "_" + std::string(storedTable(table).name);
-    sql += formatString(", ('%s_rows', '%s_hash', '30000 1'), ('%s_links', '%s_of', '3000000 100')",
+    sql += formatString(", ('%s_rows', '%s_hash', '100000 1'), ('%s_links', '%s_of', '3000000 30')",
                         name.c_str(), name.c_str(), name.c_str(), name.c_str());
   }
   return sql + ";";
@@ -144,7 +153,7 @@ const Split& splitOf(std::size_t table) {
 std::string creation() {
   std::string sql = kScansTable;
   for (std::size_t table = 0; table < kStoredCount; ++table) sql += creationOf(table);
-  return sql + statistics() +
+  return sql + kSpread + statistics() +
          formatString("PRAGMA application_id = %d; PRAGMA user_version = %d;", kApplication,
                       kVersion);
 }
@@ -165,7 +174,7 @@ std::vector<std::string> publicNames() {
     names.emplace_back(storedTable(table).name);
     names.push_back(names.back() + "_now");
   }
-  names.insert(names.end(), {"entries", "entries_now"});
+  names.insert(names.end(), {"software_spread", "entries", "entries_now"});
   return names;
 }
 

@@ -10,8 +10,10 @@
 //
 // A row is stored once, however many scans have it: in _TABLE_rows, with what of it is no number
 // that changes by itself. _TABLE_links has a line for each row of each scan, with these numbers.
-// Views of the schema's names join both with the scans. So ten thousand machines with the same
-// three hundred applications are three million pairs of small integers.
+// How many rows of the latest scans are the same one stands with it (_now): a question about all
+// machines need not walk all links. Views of the schema's names join both with the scans. So ten
+// thousand machines with the same three hundred applications are three million pairs of small
+// integers.
 
 namespace fleet {
 
@@ -40,11 +42,12 @@ std::string indexing();
 // than a file of the greatest size can have rows.
 inline constexpr int kPlaceBits = 28;
 
-// The names that users know, in order: scans, the tables with their ..._now, entries.
+// The names that users know, in order: scans, the tables with their ..._now, software_spread,
+// entries.
 std::vector<std::string> publicNames();
 
 // What a database is known by (PRAGMA application_id, user_version).
 inline constexpr int kApplication = 0x48555846;  // "HUXF"
-inline constexpr int kVersion = 1;
+inline constexpr int kVersion = 2;
 
 }  // namespace fleet

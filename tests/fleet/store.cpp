@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <random>
 
 #include "base/isoTime.h"
 #include "fleet/query.h"
@@ -59,6 +64,53 @@ std::vector<std::string> answer(Store& store, const std::string& query) {
 
 void add(Store& store, const Scan& scan) {
   EXPECT_TRUE(store.add(store.prepare(scan))) << scan.file;
+}
+
+// A week of a machine: some of its rows it shares with others, some change.
+Scan weekOf(int machine, int week) {
+  const std::string number = std::to_string(10 + machine);
+  const std::string file = number + "-" + std::to_string(week);
+  const std::string time = "2026-05-0" + std::to_string(week + 1) + "T08:00:00Z";
+  Scan scan = scanOf({file.c_str(), number.c_str(), "", time.c_str()});
+  for (int i = 0; i < 5; ++i) {
+    const std::string name = "App " + std::to_string(i);
+    const std::string version = std::to_string(i < machine % 5 ? week : machine);
+    put(scan.machine, "software",
+        {
+            {"name",    name.c_str()   },
+            {"version", version.c_str()}
+    });
+  }
+  scan.findings.push_back(inspect::finding("HUX201", number));
+  return scan;
+}
+
+// Everything that is kept of them.
+std::vector<std::string> contentOf(Store& store) {
+  std::vector<std::string> all;
+  for (const char* query :
+       {"SELECT file || quote(serial) || quote(scanned_at) || latest || file_bytes FROM scans"
+        " ORDER BY file",
+        "SELECT file || name || version FROM software ORDER BY file, name",
+        "SELECT file || name || version FROM software_now ORDER BY file, name",
+        "SELECT name || version || installations FROM software_spread ORDER BY 1",
+        "SELECT name || version || _now FROM _software_rows ORDER BY 1",
+        "SELECT file || id || text FROM findings ORDER BY 1"}) {
+    const std::vector<std::string> answers = answer(store, query);
+    all.insert(all.end(), answers.begin(), answers.end());
+  }
+  return all;
+}
+
+constexpr int kMachines = 40;
+constexpr int kWeeks = 3;
+
+void addFleet(Store& store) {
+  for (int i = 0; i < kMachines * kWeeks; ++i) {
+    // The second week comes last.
+    store.add(store.prepare(weekOf(i % kMachines, i / kMachines * 2 % kWeeks)));
+  }
+  store.finish();
 }
 
 class FleetStore : public WorkingFolder {
@@ -146,4 +198,58 @@ TEST_F(FleetStore, KeepsWhatIsKnownAsItIs) {
               ElementsAre("'A''0012'NULL1500NULL", "'A'NULL'\xC3\xA9 \"x\"\n'NULLNULL1.5"));
   EXPECT_THAT(answer(store, "SELECT serial || id || severity || text FROM findings_now"),
               ElementsAre("AHUX201remarkoff"));
+}
+
+// In batches of some scans, so that a kill meets the middle of one, the end of one and what is
+// between.
+TEST_F(FleetStore, KilledAtAnyMomentItHoldsTheSameInTheEnd) {
+  auto undisturbed = Store::open("");
+  ASSERT_TRUE(undisturbed);
+  addFleet(*undisturbed);
+  const auto load = [] {
+    Store::Batch batch;
+    batch.bytes = 7 * std::string_view("bytes of 10-0").size();
+    auto store = Store::open("fleet.db", batch);
+    if (store) addFleet(*store);
+  };
+  std::minstd_rand random(1);
+  std::size_t partly = 0;
+  for (int kill = 0; kill < 50; ++kill) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      load();
+      _exit(0);
+    }
+    usleep(static_cast<useconds_t>(random() % 80'000));
+    ::kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    auto reader = fleet::openForReading("fleet.db");
+    if (!reader) continue;
+    const auto scans = static_cast<std::size_t>(reader->number("SELECT count(*) FROM scans"));
+    if (scans == kMachines * kWeeks) {  // once more from the beginning
+      std::filesystem::remove("fleet.db");
+      continue;
+    }
+    EXPECT_EQ(scans % 7, 0U) << "half a batch";
+    partly += scans > 0 ? 1 : 0;
+  }
+  EXPECT_GT(partly, 0U) << "no kill met a load that was on its way";
+  load();
+  Store store = open();
+  EXPECT_EQ(contentOf(store), contentOf(*undisturbed));
+}
+
+// What asks for a machine, or for an application, must not go through all that there is.
+TEST_F(FleetStore, BeginsWithWhatAQueryNames) {
+  Store store = open();
+  addFleet(store);
+  for (const std::string condition : {"serial = '17'", "machine_serial = '17'", "name = 'App 1'"}) {
+    auto plan = store.database().prepare("EXPLAIN QUERY PLAN SELECT * FROM software_now WHERE " +
+                                         condition);
+    ASSERT_TRUE(plan) << plan.error().message;
+    while (plan->step() == Statement::Step::Row) {
+      EXPECT_THAT(std::string(plan->text(3)), testing::StartsWith("SEARCH")) << condition;
+    }
+  }
 }

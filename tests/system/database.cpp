@@ -94,6 +94,8 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
   for (const std::string place : {"pipe", "."}) {
     expect("sql --db " + place + " 'SELECT 1'", 2, "", "huxutil: " + place + ": is no file\n");
   }
+  write("empty.db", "");
+  expect("sql --db empty.db 'SELECT 1'", 2, "", HasSubstr("empty.db: is empty; load"));
   expect("load macs/a.hux --db pipe", 2, "", "huxutil: pipe: is no file\n");
   expect("load none --db none.db", 2, "", HasSubstr("no snapshot files"));
   EXPECT_FALSE(std::filesystem::exists("none.db"));

@@ -1,10 +1,19 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "huxread/handmade.h"
 #include "support/demoMac.h"
@@ -46,6 +55,62 @@ void writeSnapshot(const std::string& path, const std::string& serial, const std
   }
   write(path, huxFile(data, header));
 }
+
+// A program with a terminal of its own, and the person in front of it.
+class Prompt {
+ public:
+  explicit Prompt(const std::string& line) : screen_(posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (screen_ < 0 || grantpt(screen_) != 0 || unlockpt(screen_) != 0) return;
+    const std::string name = ptsname(screen_);
+    process_ = fork();
+    if (process_ != 0) return;
+    setsid();
+    const int terminal = open(name.c_str(), O_RDWR);
+    ioctl(terminal, TIOCSCTTY, 0);
+    for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(terminal, file);
+    execl("/bin/sh", "sh", "-c", ("exec " + line).c_str(), nullptr);
+    _exit(127);
+  }
+  ~Prompt() {
+    if (process_ > 0) kill(process_, SIGKILL);
+    if (process_ > 0) waitpid(process_, nullptr, 0);
+    close(screen_);
+  }
+  Prompt(const Prompt&) = delete;
+  Prompt& operator=(const Prompt&) = delete;
+
+  bool runs() const { return process_ > 0; }
+
+  // Waits until that is shown, behind what was waited for before.
+  testing::AssertionResult shows(const std::string& text) {
+    constexpr int kPatience = 20'000;  // ms
+    while (shown_.find(text) == std::string::npos) {
+      pollfd waiting = {screen_, POLLIN, 0};
+      char part[4096];
+      const ssize_t size = poll(&waiting, 1, kPatience) == 1 ? read(screen_, part, sizeof part) : 0;
+      if (size <= 0) return testing::AssertionFailure() << "no " << text << " in " << shown_;
+      shown_.append(part, static_cast<std::size_t>(size));
+    }
+    shown_.erase(0, shown_.find(text) + text.size());
+    return testing::AssertionSuccess();
+  }
+
+  void types(const std::string& keys) const {
+    EXPECT_EQ(::write(screen_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  }
+
+  int exitCode() {
+    int status = -1;
+    waitpid(process_, &status, 0);
+    process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  int screen_;
+  pid_t process_ = -1;
+  std::string shown_;
+};
 
 class FleetDatabase : public WorkingFolder {
  protected:
@@ -151,6 +216,38 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
          "huxutil: sql: no such column: a, at character 29\n");
   expect("sql --db f.db \"SELECT zeroblob(600000000)\"", 2, testing::_,
          "huxutil: sql: string or blob too big\n");
+}
+
+TEST_F(FleetDatabase, AnswersAtAPrompt) {
+  writeSnapshot("a.hux", "A", "15");
+  expect("load a.hux --db f.db", 0, testing::_);
+  Prompt prompt(kHuxutil + "sql --db f.db");
+  if (!prompt.runs()) GTEST_SKIP() << "no terminal to be had";
+  constexpr const char* kInterrupt = "\3";
+  constexpr const char* kEnd = "\4";
+  constexpr const char* kEndless =
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT count(*) FROM n;\n";
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types("\n");
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types(".tables \n");
+  ASSERT_TRUE(prompt.shows("entries_now"));
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types("SELECT 1 +\n");
+  ASSERT_TRUE(prompt.shows("...> "));
+  prompt.types(kInterrupt);
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types(kEndless);
+  ASSERT_TRUE(prompt.shows("FROM n;"));
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // so that it has begun
+  prompt.types(kInterrupt);
+  ASSERT_TRUE(prompt.shows("huxutil: sql: interrupted"));
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types("SELECT 6 * 7\n");
+  ASSERT_TRUE(prompt.shows("...> "));
+  prompt.types(kEnd);
+  ASSERT_TRUE(prompt.shows("42"));
+  EXPECT_EQ(prompt.exitCode(), 0);
 }
 
 // The same rows as csv has, so that no column is mixed up on the way.

@@ -127,22 +127,23 @@ class Session {
     }
   }
 
-  // Reads and answers until the end of standard input or ".quit".
+  // Reads and answers until the end of standard input, which also ends a statement, or ".quit".
   int prompt() {
     printOutput("SQL of SQLite, statements end with \";\"; .tables, .schema TABLE, .quit\n");
     std::string text;
     for (;;) {
-      const std::optional<std::string> line = ask(text.empty() ? "sql> " : "...> ");
+      std::optional<std::string> line = ask(text.empty() ? "sql> " : "...> ");
+      if (line) line->erase(line->find_last_not_of(" \t\r") + 1);
       if (interrupted != 0) {
         text.clear();
         printOutput("\n");
       } else if (!line) {
         printOutput("\n");
-        return kDone;
+        return text.empty() ? kDone : run(text);
       } else if (text.empty() && line->starts_with('.')) {
         if (*line == ".quit") return kDone;
         runDot(*line);
-      } else {
+      } else if (!text.empty() || !line->empty()) {
         text += *line + "\n";
         if (!fleet::isComplete(text)) continue;
         run(text);

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """What people would write instead of `huxutil load --db`: zlib, plistlib and sqlite3 of Python's own
-library, on one processor. The yardstick of docs/fleet.md.
+library, on one processor. The yardstick of docs/performance.md.
 
     fleet.py FOLDER DATABASE
 

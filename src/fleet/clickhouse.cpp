@@ -1,5 +1,7 @@
 #include "fleet/clickhouse.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -27,7 +29,10 @@ const char* nameOf(std::size_t place) {
 
 // --- tables
 
-const char* typeOf(Type type) {
+// Rows are told apart by some, which may not be null.
+const char* typeOf(std::string_view column, Type type) {
+  constexpr std::string_view kNeverNull[] = {"file", "machine_serial", "scanned_at"};
+  if (std::ranges::find(kNeverNull, column) != std::end(kNeverNull)) return "String";
   switch (type) {
     case Type::Text:
       return "Nullable(String)";
@@ -41,33 +46,15 @@ const char* typeOf(Type type) {
   return "";
 }
 
-// Whether the rows of the table are told apart by it, so that it may not be null.
-bool isKey(std::string_view column) {
-  return column == "scanned_at";
-}
-
-struct ColumnText {
-  std::string_view name;
-  std::string_view type;
-};
-
-// In front of a table's own columns, but for those that it has itself.
-constexpr ColumnText kLeading[] = {
-    {"file",           "String"          },
-    {"machine_serial", "String"          },
-    {"serial",         "Nullable(String)"},
-    {"scanned_at",     "String"          },
-};
-
 std::string columnsOf(std::size_t place) {
   if (place == kScans) {
-    return "file String, digest String, machine_serial String, serial Nullable(String), scanned_at "
-           "String, scanned_unix Nullable(Int64), source String";
+    return "file String, digest String, machine_serial String, serial Nullable(String), "
+           "scanned_at String, scanned_unix Nullable(Int64), source String";
   }
   if (place == kDocuments) {
     return "file String, machine_serial String, serial Nullable(String), scanned_at String, "
-           "document "
-           "String, paths Array(String), contents Array(String), digest String, row_number UInt32";
+           "document String, paths Array(String), contents Array(String), digest String, "
+           "row_number UInt32";
   }
   const Table& table = storedTable(place - kFirstStored);
   std::string list;
@@ -75,12 +62,11 @@ std::string columnsOf(std::size_t place) {
     list += list.empty() ? "`" : ", `";  // "default" is a word of the language
     list += std::string(name) + "` " + std::string(type);
   };
-  for (const auto& [name, type] : kLeading) {
-    if (findColumn(table, name) == nullptr) add(name, type);
+  for (const auto& [name, source] : kScanColumns) {
+    if (findColumn(table, name) == nullptr) add(name, typeOf(name, Type::Text));
   }
-  for (const machine::Column& column : table.columns) {
-    add(column.name, isKey(column.name) ? "String" : typeOf(column.type));
-  }
+  for (const machine::Column& column : table.columns)
+    add(column.name, typeOf(column.name, column.type));
   return list + ", digest String, row_number UInt32";
 }
 
@@ -94,10 +80,9 @@ std::string table(std::size_t place) {
 // The latest scan of each machine; where nothing tells machines apart every file is one.
 std::string latest(const std::string& name) {
   return formatString(
-      "CREATE VIEW IF NOT EXISTS %s_now AS SELECT * FROM %s FINAL WHERE digest IN (SELECT "
-      "argMax(digest, (ifNull(scanned_unix, 0), digest)) FROM scans GROUP BY if(machine_serial = "
-      "'', "
-      "digest, machine_serial));\n",
+      "CREATE VIEW IF NOT EXISTS %s_now AS SELECT * FROM %s FINAL WHERE digest IN ("
+      "SELECT argMax(digest, (ifNull(scanned_unix, 0), digest)) FROM scans "
+      "GROUP BY if(machine_serial = '', digest, machine_serial));\n",
       name.c_str(), name.c_str());
 }
 

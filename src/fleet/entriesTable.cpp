@@ -2,12 +2,14 @@
 
 #include <sqlite3.h>
 
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
 #include <utility>
 
 #include "fleet/entries.h"
+#include "fleet/tables.h"
 
 // A table of SQLite that is code: https://sqlite.org/vtab.html. Without a function that creates it,
 // it is there under its module's name (since 3.9).
@@ -16,12 +18,11 @@ namespace fleet {
 
 namespace {
 
-constexpr int kOfScan =
-    4;  // that many columns are the scan's, and say which files are to be opened
-constexpr const char* kSources[kOfScan] = {"file", "owner", "serial", "scanned_at"};
+// That many columns are the scan's, and say which files are to be opened.
+constexpr int kOfScan = std::size(kScanColumns);
 constexpr int kBytes = kOfScan;
-constexpr int kDocument = 4;
-constexpr int kPath = 5;
+constexpr int kDocument = kOfScan;
+constexpr int kPath = kDocument + 1;
 
 struct EntriesTable : sqlite3_vtab {
   sqlite3* connection;
@@ -53,8 +54,8 @@ int connect(sqlite3* connection, void* which, int /*count*/, const char* const* 
       "CREATE TABLE entries (file TEXT, machine_serial TEXT, serial TEXT, scanned_at TEXT,"
       " document TEXT, path TEXT, value TEXT)");
   if (code != SQLITE_OK) return code;
-  *made = new EntriesTable{{}, connection, which != nullptr};
-  return SQLITE_OK;
+  *made = new (std::nothrow) EntriesTable{{}, connection, which != nullptr};
+  return *made == nullptr ? SQLITE_NOMEM : SQLITE_OK;
 }
 
 int disconnect(sqlite3_vtab* table) {
@@ -86,8 +87,8 @@ int bestIndex(sqlite3_vtab* /*table*/, sqlite3_index_info* info) {
 }
 
 int openCursor(sqlite3_vtab* /*table*/, sqlite3_vtab_cursor** made) {
-  *made = new Cursor;
-  return SQLITE_OK;
+  *made = new (std::nothrow) Cursor;
+  return *made == nullptr ? SQLITE_NOMEM : SQLITE_OK;
 }
 
 int closeCursor(sqlite3_vtab_cursor* cursor) {
@@ -118,12 +119,13 @@ int filter(sqlite3_vtab_cursor* at, int wanted, const char* /*name*/, int count,
   Cursor& cursor = cursorOf(at);
   const EntriesTable& table = tableOf(cursor.pVtab);
   std::string query = "SELECT ";
-  for (const char* source : kSources) query += std::string(source) + ", ";
+  for (const ScanColumn& each : kScanColumns) query += std::string(each.source) + ", ";
   query += "bytes FROM _scans JOIN _files ON scan = id WHERE ";
   query += table.now ? "latest" : "1";
   for (int column = 0; column < kOfScan; ++column) {
     if ((wanted & (1 << column)) == 0) continue;
-    query += std::string(" AND rtrim(") + kSources[column] + ") = rtrim(?) COLLATE NOCASE";
+    query +=
+        std::string(" AND rtrim(") + kScanColumns[column].source + ") = rtrim(?) COLLATE NOCASE";
   }
   query += " ORDER BY id";
   sqlite3_stmt* compiled = nullptr;

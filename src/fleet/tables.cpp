@@ -51,23 +51,13 @@ std::string definitions(const Table& table, const std::vector<std::size_t>& colu
   return list;
 }
 
-// The columns that stand in front of a table's own, those left out that it has itself.
 std::string viewOf(std::size_t place) {
-  constexpr std::string_view kLeading[][2] = {
-      {"file",           "s.file"      },
-      {"machine_serial", "s.owner"     },
-      {"serial",         "s.serial"    },
-      {"scanned_at",     "s.scanned_at"},
-  };
   const Table& table = storedTable(place);
   const Split& split = splitOf(place);
   std::string list;
-  for (const auto& [name, source] : kLeading) {
+  for (const auto& [name, source] : kScanColumns) {
     if (findColumn(table, name) != nullptr) continue;
-    if (!list.empty()) list += ", ";
-    list += source;
-    list += " AS ";
-    list += name;
+    list += formatString("%ss.%s AS %s", list.empty() ? "" : ", ", source, name);
   }
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const bool own = std::ranges::find(split.own, i) != split.own.end();

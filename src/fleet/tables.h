@@ -21,6 +21,19 @@ namespace fleet {
 constexpr std::size_t kStoredCount = machine::kTableCount + 1;
 const machine::Table& storedTable(std::size_t table);
 
+// What stands in front of a table's own columns, but for those that it has itself: the name, and
+// the column of _scans. In _scans `owner` is what tells machines apart.
+struct ScanColumn {
+  const char* name;
+  const char* source;
+};
+inline constexpr ScanColumn kScanColumns[] = {
+    {"file",           "file"      },
+    {"machine_serial", "owner"     },
+    {"serial",         "serial"    },
+    {"scanned_at",     "scanned_at"},
+};
+
 // The places of its columns by where they are kept.
 struct Split {
   std::vector<std::size_t> shared;  // in _TABLE_rows

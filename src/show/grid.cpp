@@ -39,18 +39,24 @@ Grid::Grid(std::vector<std::string> names, const std::vector<machine::Row>& samp
     numbers_.push_back(number);
   }
   if (width == 0 || names_.empty()) return;
-  // The widest texts give way first.
-  const auto total = [this] {
-    std::size_t sum = kGap * (widths_.size() - 1);
-    for (const std::size_t each : widths_) sum += each;
-    return sum;
-  };
-  while (!below_ && total() > width) {
+  below_ = !narrow();
+  if (!below_) return;
+  widths_.assign(1, 0);
+  for (const std::string& name : names_) widths_[0] = std::max(widths_[0], columnsOf(name));
+}
+
+// The widest texts give way first; false when that is not enough.
+bool Grid::narrow() {
+  for (;;) {
+    std::size_t total = kGap * (widths_.size() - 1);
+    for (const std::size_t each : widths_) total += each;
+    if (total <= width_) return true;
     std::size_t widest = 0;
     std::size_t next = kLeast;  // what the others have
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       if (!numbers_[i]) widest = std::max(widest, widths_[i]);
     }
+    if (widest <= kLeast) return false;
     std::size_t many = 0;
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       if (numbers_[i]) continue;
@@ -59,17 +65,12 @@ Grid::Grid(std::vector<std::string> names, const std::vector<machine::Row>& samp
       else
         next = std::max(next, widths_[i]);
     }
-    below_ = widest <= kLeast;
-    if (below_) break;
-    const std::size_t excess = (total() - width + many - 1) / many;
+    const std::size_t excess = (total - width_ + many - 1) / many;
     const std::size_t cutTo = std::max(next, widest - std::min(excess, widest));
     for (std::size_t i = 0; i < widths_.size(); ++i) {
       if (!numbers_[i] && widths_[i] == widest) widths_[i] = cutTo;
     }
   }
-  if (!below_) return;
-  widths_.assign(1, 0);
-  for (const std::string& name : names_) widths_[0] = std::max(widths_[0], columnsOf(name));
 }
 
 std::string Grid::line(const std::vector<std::string>& cells) const {

@@ -21,6 +21,7 @@ class Grid {
   std::string row(const machine::Row& row) const;
 
  private:
+  bool narrow();
   std::string line(const std::vector<std::string>& cells) const;
 
   std::vector<std::string> names_;

@@ -6,6 +6,7 @@
 #include "base/bytes.h"
 #include "base/formatString.h"
 #include "base/text.h"
+#include "huxread/check.h"
 #include "huxread/layout.h"
 #include "keva/deflate.h"
 #include "machine/describe.h"
@@ -144,6 +145,16 @@ void report(const Secrets& secrets, Redacted& result) {
   }
 }
 
+// Whether every section can be read: a name with "=" in it may have stood where a line is split.
+bool canBeRead(const std::string& bytes) {
+  const auto file = Container::parse(bytes);
+  if (!file) return false;
+  return std::ranges::none_of(huxread::check(*file), [](const huxread::Problem& problem) {
+    return problem.kind == huxread::Problem::Kind::Stream ||
+           problem.kind == huxread::Problem::Kind::Text;
+  });
+}
+
 }  // namespace
 
 Result<Redacted> redact(const Container& file, platform::Host& host, const std::set<Kind>& kept,
@@ -178,6 +189,7 @@ Result<Redacted> redact(const Container& file, platform::Host& host, const std::
   });
   const std::string header = editor.edit(file.headerText(), Form::None);
   result.file = fileOf(std::move(data), headerWith(header, sections));
+  if (!canBeRead(result.file)) return Error{"could not be read any more, with its names replaced"};
   for (const Edit& edit : finder->find(name, Form::None))
     result.inName.insert(secrets[edit.secret].kind);
   report(secrets, result);

@@ -14,13 +14,13 @@ class Bytes {
   Bytes() = default;
   Bytes(const Bytes&) = delete;
   Bytes& operator=(const Bytes&) = delete;
-  ~Bytes() { std::free(data_); }
+  ~Bytes() { std::free(data_); }  // NOLINT(cppcoreguidelines-no-malloc)
 
   // Where `count` more bytes can be put, behind those that are there.
   char* room(std::size_t count) {
     if (room_ - size_ < count) {
       room_ = std::max(2 * room_, size_ + count);
-      void* data = std::realloc(data_, room_);
+      void* data = std::realloc(data_, room_);  // NOLINT(cppcoreguidelines-no-malloc)
       if (data == nullptr) throw std::bad_alloc();
       data_ = static_cast<char*>(data);
     }

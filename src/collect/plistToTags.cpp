@@ -129,7 +129,7 @@ class Converter {
     }
   }
 
-  void namedValues(PropertyList::Dictionary& dictionary, Place& place) const {
+  static void namedValues(PropertyList::Dictionary& dictionary, Place& place) {
     std::size_t position = 0;
     for (auto& [key, value] : dictionary) {
       Place item(place, "item" + std::to_string(position++));

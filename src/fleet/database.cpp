@@ -157,7 +157,7 @@ Result<Statement> Database::prepare(std::string_view sql, std::size_t* end) cons
   return statement;
 }
 
-std::int64_t Database::number(const std::string& sql) {
+std::int64_t Database::number(const std::string& sql) const {
   Result<Statement> query = prepare(sql);
   return query && query->step() == Statement::Step::Row ? query->integer(0) : 0;
 }

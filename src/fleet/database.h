@@ -84,7 +84,7 @@ class Database {
   huxread::Result<Statement> prepare(std::string_view sql, std::size_t* end = nullptr) const;
 
   // The one number that a query gives; 0 without.
-  std::int64_t number(const std::string& sql);
+  std::int64_t number(const std::string& sql) const;
 
  private:
   struct Close {

@@ -62,7 +62,7 @@ std::string viewOf(std::size_t place) {
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const bool own = std::ranges::find(split.own, i) != split.own.end();
     const std::string name = quotedName(table.columns[i]);
-    list += (own ? ", l." : ", r.") + name + " AS " + name;
+    list += formatString(", %s.%s AS %s", own ? "l" : "r", name.c_str(), name.c_str());
   }
   return list;
 }

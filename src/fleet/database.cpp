@@ -137,8 +137,12 @@ bool Database::busy() const {
   return (sqlite3_errcode(handle()) & kPrimary) == SQLITE_BUSY;
 }
 
-void Database::interrupt() const {
-  sqlite3_interrupt(handle());
+void Database::endStatementsWhen(const volatile std::sig_atomic_t& flag) const {
+  constexpr int kPatience = 10'000;  // operations of the library's machine: far below a blink
+  const auto ended = [](void* context) {
+    return static_cast<int>(*static_cast<const volatile std::sig_atomic_t*>(context));
+  };
+  sqlite3_progress_handler(handle(), kPatience, ended, const_cast<std::sig_atomic_t*>(&flag));
 }
 
 bool Database::run(const std::string& sql) const {

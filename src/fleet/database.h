@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -73,8 +74,8 @@ class Database {
   // Whether that was another program that is writing.
   bool busy() const;
 
-  // Ends the statement that runs, which then fails; from a signal handler or another thread.
-  void interrupt() const;
+  // From now on a statement ends, and fails, while the flag, which a signal handler sets, is not 0.
+  void endStatementsWhen(const volatile std::sig_atomic_t& flag) const;
 
   // Runs statements without results; false when one fails.
   bool run(const std::string& sql) const;

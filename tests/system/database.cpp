@@ -9,11 +9,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 
 #include "huxread/handmade.h"
 #include "support/demoMac.h"
@@ -226,7 +224,8 @@ TEST_F(FleetDatabase, AnswersAtAPrompt) {
   constexpr const char* kInterrupt = "\3";
   constexpr const char* kEnd = "\4";
   constexpr const char* kEndless =
-      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT count(*) FROM n;\n";
+      "SELECT 'beg' || 'un'; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+      "SELECT count(*) FROM n;\n";
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types("\n");
   ASSERT_TRUE(prompt.shows("sql> "));
@@ -238,8 +237,7 @@ TEST_F(FleetDatabase, AnswersAtAPrompt) {
   prompt.types(kInterrupt);
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types(kEndless);
-  ASSERT_TRUE(prompt.shows("FROM n;"));
-  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // so that it has begun
+  ASSERT_TRUE(prompt.shows("begun"));
   prompt.types(kInterrupt);
   ASSERT_TRUE(prompt.shows("huxutil: sql: interrupted"));
   ASSERT_TRUE(prompt.shows("sql> "));

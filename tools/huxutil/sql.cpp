@@ -1,3 +1,4 @@
+#include <sys/select.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,21 +25,63 @@ using Step = Statement::Step;
 
 namespace {
 
-const Database* interruptible = nullptr;  // whose query Ctrl-C ends
 volatile std::sig_atomic_t interrupted = 0;
-
-void interrupt(int /*signal*/) {
-  interrupted = 1;
-  interruptible->interrupt();
-}
 
 // Ctrl-C ends a query or the line that is typed, not the program.
 void catchInterrupts(const Database& database) {
-  interruptible = &database;
+  database.endStatementsWhen(interrupted);
   struct sigaction action {};
-  action.sa_handler = interrupt;
-  sigaction(SIGINT, &action, nullptr);  // what reads a line returns
+  action.sa_handler = [](int /*signal*/) { interrupted = 1; };
+  sigaction(SIGINT, &action, nullptr);
 }
+
+// The lines that a person types. Ctrl-C reaches the program only while it waits for one: a signal
+// between showing the prompt and waiting would be lost on the one who waits.
+class Keyboard {
+ public:
+  // A line without its end; nothing at the end of the input or when interrupted.
+  std::optional<std::string> ask(const char* prompt) {
+    sigset_t interrupt;
+    sigset_t others;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    sigprocmask(SIG_BLOCK, &interrupt, &others);
+    interrupted = 0;
+    printOutput(prompt);
+    flushOutput();
+    const bool whole = readLine(others);
+    sigprocmask(SIG_SETMASK, &others, nullptr);
+    std::string line = takeLine();
+    if (interrupted != 0 || (!whole && line.empty())) return std::nullopt;
+    return line;
+  }
+
+ private:
+  // Reads until there is a line with its end.
+  bool readLine(const sigset_t& mask) {
+    while (typed_.find('\n') == std::string::npos) {
+      fd_set input;
+      FD_ZERO(&input);
+      FD_SET(STDIN_FILENO, &input);
+      char part[4096];
+      ssize_t size = pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &mask);
+      if (size > 0) size = read(STDIN_FILENO, part, sizeof part);
+      if (size < 0 && errno == EINTR && interrupted == 0) continue;
+      if (size <= 0) return false;
+      typed_.append(part, static_cast<std::size_t>(size));
+    }
+    return true;
+  }
+
+  std::string takeLine() {
+    const std::size_t end = typed_.find('\n');
+    std::string line = typed_.substr(0, end);
+    typed_.erase(0, end == std::string::npos ? end : end + 1);
+    return line;
+  }
+
+  std::string typed_;  // and not yet asked for
+};
 
 std::vector<std::string> namesOf(const Statement& query) {
   std::vector<std::string> names;
@@ -117,7 +160,6 @@ class Session {
 
   // Statements with ";" between them, up to the first one that fails.
   int run(std::string_view sql) {
-    interrupted = 0;
     for (std::size_t at = 0;;) {
       at = sql.find_first_not_of(" \t\r\n;", at);
       if (at == std::string_view::npos) return kDone;
@@ -130,9 +172,10 @@ class Session {
   // Reads and answers until the end of standard input, which also ends a statement, or ".quit".
   int prompt() {
     printOutput("SQL of SQLite, statements end with \";\"; .tables, .schema TABLE, .quit\n");
+    Keyboard keyboard;
     std::string text;
     for (;;) {
-      std::optional<std::string> line = ask(text.empty() ? "sql> " : "...> ");
+      std::optional<std::string> line = keyboard.ask(text.empty() ? "sql> " : "...> ");
       if (line) line->erase(line->find_last_not_of(" \t\r") + 1);
       if (interrupted != 0) {
         text.clear();
@@ -161,23 +204,6 @@ class Session {
   static int fail(const std::string& problem) {
     printMessage("sql", problem);
     return kTrouble;
-  }
-
-  // A line without its end; nothing at the end of the input or when interrupted.
-  static std::optional<std::string> ask(const char* prompt) {
-    printOutput(prompt);
-    flushOutput();
-    interrupted = 0;
-    std::string line;
-    for (;;) {
-      const int c = std::getc(stdin);
-      if (c == '\n') return line;
-      if (c == EOF) break;
-      line += static_cast<char>(c);
-    }
-    std::clearerr(stdin);
-    if (interrupted != 0 || line.empty()) return std::nullopt;
-    return line;
   }
 
   void runDot(const std::string& line) {

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/formatString.h"
-#include "huxread/document.h"
 
 namespace huxread {
 
@@ -98,10 +97,9 @@ class XmlScan {
   bool hasRoot_ = false;
 };
 
-// What is wrong with the text of a document; "" when nothing is. `top` is the name that its top tag
-// must have, "" when any will do.
-std::string documentProblem(std::string text, std::string_view top) {
-  const Result<Document> document = Document::parse(std::move(text));
+// What is wrong with a document; "" when nothing is. `top` is the name that its top tag must have,
+// "" when any will do.
+std::string documentProblem(const Result<Document>& document, std::string_view top) {
   if (!document) return document.error().message;
   const std::optional<TagView> first = document->top();
   if (!first) return "the document has no tag";
@@ -116,24 +114,27 @@ std::string reportProblem(std::string_view text) {
   return problem == nullptr ? "" : formatString("line %td: %s", scan.line(), problem);
 }
 
-std::string textProblem(SectionType type, std::string text) {
-  switch (type) {
-    case SectionType::Snapshot:
-      return documentProblem(std::move(text), "Snapshot");
-    case SectionType::AssetInfo:
-      return documentProblem(std::move(text), "AssetInfo");
-    case SectionType::CustomData:
-      return reportProblem(text);
-    case SectionType::Unknown:
-      break;
+// The name of the top tag of such a section; "" when any will do.
+std::string_view topName(SectionType type) {
+  if (type == SectionType::Snapshot) return "Snapshot";
+  return type == SectionType::AssetInfo ? "AssetInfo" : "";
+}
+
+std::string textProblem(const Section& section, std::string text, Documents* documents) {
+  const bool unknown = section.type == SectionType::Unknown;
+  if (section.type == SectionType::CustomData || (unknown && text.starts_with(kXmlStart))) {
+    return reportProblem(text);
   }
-  if (text.starts_with(Document::kFirstLine)) return documentProblem(std::move(text), "");
-  return text.starts_with(kXmlStart) ? reportProblem(text) : "";
+  if (unknown && !text.starts_with(Document::kFirstLine)) return "";
+  Result<Document> document = Document::parse(std::move(text));
+  std::string problem = documentProblem(document, topName(section.type));
+  if (document && documents != nullptr) documents->emplace(section.number, std::move(*document));
+  return problem;
 }
 
 }  // namespace
 
-std::vector<Problem> check(const Container& container) {
+std::vector<Problem> check(const Container& container, Documents* documents) {
   std::vector<Problem> problems;
   for (const std::string& remark : container.remarks()) {
     problems.push_back({Kind::Header, std::nullopt, remark});
@@ -148,7 +149,7 @@ std::vector<Problem> check(const Container& container) {
       problems.push_back({Kind::Stream, section.number, text.error().message});
       continue;
     }
-    const std::string problem = textProblem(section.type, std::move(*text));
+    const std::string problem = textProblem(section, std::move(*text), documents);
     if (!problem.empty()) problems.push_back({Kind::Text, section.number, title + problem});
   }
   return problems;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "huxread/container.h"
+#include "huxread/document.h"
 
 namespace huxread {
 
@@ -24,8 +26,12 @@ struct Problem {
       message;  // names the section, and the byte or line; holds no text taken from the file
 };
 
+// Those that could be read, by the numbers of their sections.
+using Documents = std::map<std::uint32_t, Document>;
+
 // Inflates every section and reads its text: documents as trees, the profiler's report as XML whose
-// elements must be nested rightly. Holds one text at a time.
-std::vector<Problem> check(const Container& container);
+// elements must be nested rightly. Holds one text at a time, and the documents for whoever wants
+// them afterwards.
+std::vector<Problem> check(const Container& container, Documents* documents = nullptr);
 
 }  // namespace huxread

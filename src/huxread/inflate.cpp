@@ -33,6 +33,9 @@ Inflated inflateAll(std::string_view bytes, std::size_t limit) {
   constexpr std::size_t kChunk = 16384;  // bytes of output at a time
 
   Inflated result;
+  // Documents inflate to 10 to 20 times the bytes. What is not used of it stays address space.
+  constexpr std::size_t kGrowth = 16;
+  result.text.reserve(std::min(limit, bytes.size() * kGrowth));
   z_stream state{};
   int code = inflateInit(&state);
   const std::unique_ptr<z_stream, decltype(&inflateEnd)> ending(&state, inflateEnd);

@@ -17,6 +17,7 @@ namespace {
 
 using huxread::Container;
 using huxread::Document;
+using huxread::Documents;
 using huxread::Error;
 using huxread::Result;
 using huxread::Section;
@@ -50,7 +51,12 @@ Result<Document> document(const Container& file, const Section& section) {
 }
 
 std::optional<Error> addSnapshot(const Container& file, const Section& section,
-                                 Description& machine) {
+                                 const Documents& documents, Description& machine) {
+  const auto known = documents.find(section.number);
+  if (known != documents.end()) {
+    readSnapshot(known->second, machine);
+    return std::nullopt;
+  }
   const auto snapshot = document(file, section);
   if (!snapshot) return snapshot.error();
   readSnapshot(*snapshot, machine);
@@ -85,13 +91,14 @@ Result<Description> describeAsset(const Container& file) {
 
 }  // namespace
 
-Result<Description> describe(const Container& file, platform::Host& host) {
+Result<Description> describe(const Container& file, platform::Host& host,
+                             const Documents& documents) {
   Result<Description> described = describeAsset(file);
   if (!described) return described;
   Description& machine = *described;
   const bool isSnapshot = machine.source() == Source::Snapshot;
   const auto failure =
-      isSnapshot ? addSnapshot(file, *firstOf(file, SectionType::Snapshot), machine)
+      isSnapshot ? addSnapshot(file, *firstOf(file, SectionType::Snapshot), documents, machine)
                  : addProfile(file, *firstOf(file, SectionType::CustomData), host, machine);
   if (failure) return *failure;
   TableData& table = machine[tableAt("machine")];

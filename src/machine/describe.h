@@ -1,5 +1,6 @@
 #pragma once
 
+#include "huxread/check.h"
 #include "huxread/container.h"
 #include "huxread/result.h"
 #include "machine/description.h"
@@ -10,8 +11,10 @@ namespace machine {
 // The tables of a file. A file with a snapshot section is read from its documents, one with custom
 // data from the profiler's document in it, which the host parses piece by piece; the asset record,
 // in both, says who the machine is and when it was scanned. Fails when the file has neither
-// section, and when a section that is needed cannot be read.
-huxread::Result<Description> describe(const huxread::Container& file, platform::Host& host);
+// section, and when a section that is needed cannot be read. Documents that somebody has read
+// already are not read again.
+huxread::Result<Description> describe(const huxread::Container& file, platform::Host& host,
+                                      const huxread::Documents& documents = {});
 
 // Which machine a file is of and when it was scanned, without reading what it says of it: the table
 // "machine" as the asset record has it. A file whose record names no machine is described whole.

@@ -1,5 +1,6 @@
 #include "show/csv.h"
 
+#include <algorithm>
 #include <variant>
 
 #include "machine/valueText.h"
@@ -8,28 +9,41 @@ namespace show {
 
 namespace {
 
-std::string quoted(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string cell = "\"";
-  for (const char c : text) cell.append(c == '"' ? 2 : 1, c);
-  return cell + '"';
+bool isOneOf(char c, std::string_view characters) {
+  return characters.find(c) != std::string_view::npos;
 }
 
-std::string textCell(std::string_view text) {
-  const bool formula = text.find_first_of("=+-@\t\r\n") == 0;
-  return quoted(formula ? "'" + std::string(text) : std::string(text));
+void addText(std::string_view text, std::string& line) {
+  const bool formula = !text.empty() && isOneOf(text.front(), "=+-@\t\r\n");
+  const bool plain = std::ranges::none_of(
+      text, [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; });
+  if (!plain) line += '"';
+  if (formula) line += '\'';
+  if (plain) {
+    line += text;
+    return;
+  }
+  for (const char c : text) line.append(c == '"' ? 2 : 1, c);
+  line += '"';
 }
 
-std::string cell(const machine::Value& value) {
-  return std::holds_alternative<std::string>(value) ? textCell(machine::textOf(value))
-                                                    : machine::valueText(value);
+void addCell(const machine::Value& value, std::string& line) {
+  if (!machine::isKnown(value)) return;
+  if (std::holds_alternative<std::string>(value)) {
+    addText(machine::textOf(value), line);
+  } else {
+    line += machine::valueText(value);
+  }
 }
 
 }  // namespace
 
 std::string csvLine(const machine::Row& row) {
   std::string line;
-  for (const machine::Value& value : row) line += cell(value) + ",";
+  for (const machine::Value& value : row) {
+    addCell(value, line);
+    line += ',';
+  }
   line.back() = '\n';
   return line;
 }
@@ -42,12 +56,17 @@ std::string csvHeader(const machine::Table& table) {
 
 std::string csvRows(const machine::Table& table, const machine::Description& machine,
                     std::string_view file) {
-  const std::string front =
-      textCell(file) + "," + cell(machine.machine(machine::columnAt("machine", "serial")));
+  std::string front;
+  addText(file, front);
+  front += ',';
+  addCell(machine.machine(machine::columnAt("machine", "serial")), front);
   std::string lines;
   for (const machine::Row& row : machine[machine::tableAt(table.name)].rows) {
     lines += front;
-    for (const machine::Value& value : row) lines += "," + cell(value);
+    for (const machine::Value& value : row) {
+      lines += ',';
+      addCell(value, lines);
+    }
     lines += '\n';
   }
   return lines;

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "handmade.h"
+#include "huxread/check.h"
 
 namespace huxread {
 
@@ -101,6 +104,36 @@ TEST(Container, KeepsWhatItDoesNotKnowAndSaysSo) {
       "bytes " + std::to_string(data.size() - 3) + " to " + end +
           " of the file belong to no section"};
   EXPECT_EQ(container->remarks(), remarks);
+}
+
+// A header that is not compressed has no checksum.
+TEST(Container, LosesNoSectionToAByteOfAPlainHeaderWithoutAWord) {
+  const std::string data = blob("?keva\n") + zlibStream("<a/>");
+  const auto split = static_cast<unsigned>(blob("?keva\n").size());
+  const std::string header =
+      "[H]\ncount=2\nsnapshotcount=0\n[0]\noffset=0\nlength=" + std::to_string(split) +
+      "\ntype=assetinfo\n[1]\n" + place(split, static_cast<unsigned>(data.size()) - split);
+  const auto places = [](const Container& file) {
+    std::vector<std::tuple<unsigned, SectionType, unsigned, unsigned>> sections;
+    for (const Section& section : file.sections()) {
+      sections.emplace_back(section.number, section.type, section.offset, section.length);
+    }
+    return sections;
+  };
+  const std::string whole = huxFile(data, header);
+  const auto right = places(*Container::parse(whole));
+  for (std::size_t at = data.size(); at < whole.size(); ++at) {
+    for (int bits = 1; bits < 256; ++bits) {
+      std::string damaged = whole;
+      damaged[at] = static_cast<char>(damaged[at] ^ bits);
+      const auto file = Container::parse(damaged);
+      if (!file || !file->remarks().empty() || places(*file) == right) continue;
+      const bool told = std::ranges::any_of(check(*file), [](const Problem& problem) {
+        return problem.kind != Problem::Kind::Text;  // the texts here are no documents anyhow
+      });
+      EXPECT_TRUE(told) << "byte " << at - data.size() << " of the header, ^ " << bits;
+    }
+  }
 }
 
 TEST(Container, SaysWhyASectionCannotBeInflated) {

@@ -7,7 +7,6 @@
 
 #include "base/formatString.h"
 #include "bytes.h"
-#include "keva/deflate.h"
 #include "support/fileText.h"
 
 using namespace std::string_literals;
@@ -19,28 +18,36 @@ TEST(HUXfile, ListsItsSectionsBehindThem) {
     for (const auto& [type, topName] : {
              std::pair{HUXfile::SectionType::Snapshot,       "snapshot"},
              {HUXfile::SectionType::AssetInfo,      "Snapshot"},
-             {static_cast<HUXfile::SectionType>(7), "Other"   }
+             {static_cast<HUXfile::SectionType>(7), "Other"   },
+             {HUXfile::SectionType::Snapshot,       "timeless"}
     }) {
       auto document = std::make_unique<kevaDoc>(true, topName);
-      document->set("/timestamp", TagValue("now"));
-      all += document->pack(false, true);
+      if (topName != "timeless"s) document->set("/timestamp", TagValue("now"));
       file.addDocument(std::move(document), type, false, true);
+      all += file.sections().back().data;
     }
     EXPECT_FALSE(file.hasRawData());
     file.addRawData("<plist/>\n");
     EXPECT_TRUE(file.hasRawData());
-    all += deflateOrEnd("<plist/>\n", kFileSite);
+    std::string_view raw = file.sections().back().data;
+    all += raw;
+    EXPECT_EQ(takeStream(raw), "<plist/>\n");
     const auto size = [&](std::size_t i) { return file.sections()[i].data.size(); };
     const std::string header = formatString(
-        "[H]\ncount=4\nsnapshotcount=1\n"  // by the top tags
+        "[H]\ncount=5\nsnapshotcount=1\n"  // by the top tags
         "[0]\noffset=0\nlength=%zu\ntype=snapshot\ntimestamp=now\nsnaptype=mac:1\n"
         "[1]\noffset=%zu\nlength=%zu\ntype=assetinfo\n"
-        "[3]\noffset=%zu\nlength=%zu\ntype=customdata\nID=rawdata\n",
-        size(0), size(0), size(1), all.size() - size(3), size(3));
+        "[3]\noffset=%zu\nlength=%zu\ntype=snapshot\ntimestamp=\nsnaptype=mac:1\n"
+        "[4]\noffset=%zu\nlength=%zu\ntype=customdata\nID=rawdata\n",
+        size(0), size(0), size(1), all.size() - size(4) - size(3), size(3), all.size() - size(4),
+        size(4));
     std::string offset(7, '\0');
     offset.insert(native ? 0U : 7U, 1, static_cast<char>(all.size()));
     EXPECT_EQ(file.buildImage(false), all + header + offset + "\3\0HUX!"s);
-    EXPECT_EQ(file.buildImage(true), all + deflateOrEnd(header, kFileSite) + offset + "\3\1HUX!");
+    const std::string image = file.buildImage(true);
+    std::string_view end = std::string_view(image).substr(all.size());
+    EXPECT_EQ(takeStream(end), header);
+    EXPECT_EQ(end, offset + "\3\1HUX!");
   }
 }
 

@@ -6,6 +6,7 @@
 
 // Usual machines and their connections stand in the golden snapshots.
 
+// Monitors are looked for in the last data type: their own is missing.
 TEST(HostFacts, AreThoseOfTheFirstItems) {
   FakeHost host;
   const auto profile = host.parsePropertyList(R"(<array>
@@ -25,15 +26,16 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
           </array></dict>
         </array></dict>
       </array></dict>
-      <dict><key>_dataType</key><string>SPDisplaysDataType</string><key>_items</key><array>
+      <dict><key>_dataType</key><string>SPPowerDataType</string><key>_items</key><array>
         <dict><key>spdisplays_ndrvs</key><array>
           <dict><key>spdisplays_main</key><string>spdisplays_yes</string>
-            <key>_spdisplays_edid</key><string>0x00ff</string></dict>
+            <key>_spdisplays_edid</key>
+            <string>0x0000000000000000000000000000000000000000006542</string></dict>
         </array></dict>
       </array></dict></array>)");
   ASSERT_TRUE(profile);
   const HostFacts facts = collectSoftwareHardwareFacts(host, *profile);
   EXPECT_EQ(facts.physicalMemory + "|" + facts.systemModel + "|" + facts.userName + "|" +
                 facts.diskFree + "|" + facts.monitorDiagonal,
-            "0||ann|40.8|");
+            "0||ann|40.8|48");  // 47.501 inches
 }

@@ -13,10 +13,12 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
   const auto root = host.parsePropertyList(R"(<array>
       <dict><key>_dataType</key><string>SPFontsDataType</string><key>a</key><string/></dict>
       <string>no dictionary</string><dict><key>a</key><string>no name</string></dict>
+      <dict><key>_dataType</key><string>SPLogsDataType</string><key>a</key><string/></dict>
       <dict><key>_dataType</key><integer>1</integer><key>a</key><string>none</string></dict>
       <dict>
         <key>_dataType</key><string>SPa</string>
         <key>_properties</key><dict><key>a</key><string>b</string></dict>
+        <key>_detailLevel</key><integer>-1</integer>
         <key>_timeStamp</key><date>2017-12-31T21:00:00Z</date>
         <key>count</key><integer>123</integer>
         <key>spfirewall_services</key><dict><key>A b</key><string>on</string></dict>
@@ -56,27 +58,37 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
 }
 
 TEST(PlistToTags, StoresNumbersByTheirType) {
-  constexpr std::int64_t kLarge = 0x1'8000'0001;  // of its lower half the sign bit is set
-  PropertyList::Dictionary dataType;
-  dataType.emplace_back("_dataType", "SPx");
+  constexpr std::int64_t kLarge = 0x1'8000'8081;  // of every part the sign bit is set
+  const std::string part = "-2147450751";
+  const std::string wide = "6442483841";
+  const std::string real = "0.50";
+  PropertyList::Dictionary dataType = {
+      {"_dataType", "SPx"}
+  };
   PropertyList::Array list;
-  for (const NumberType type :
-       {NumberType::SInt8, NumberType::SInt16, NumberType::SInt32, NumberType::CGFloat,
-        NumberType::Int, NumberType::SInt64, NumberType::Float32}) {
-    list.emplace_back(PropertyList::Number{type, list.size() < 4 ? -1 : kLarge, 0.5});
-    dataType.emplace_back("top" + std::to_string(list.size()), list.back());
+  std::string top;
+  std::string below;
+  for (const std::string& text :
+       {std::string("129"), std::string("32897"), std::string("2147516545"), wide, real, real, part,
+        part, part, part, wide, real, real, part, part, std::string()}) {
+    const auto type = static_cast<NumberType>(list.size() + 1);
+    const std::string number = std::to_string(list.size());
+    list.emplace_back(PropertyList::Number{type, kLarge, 0.5});
+    dataType.emplace_back("top" + number, list.back());
+    if (type == NumberType::CGFloat) continue;
+    top += "top" + number + "=" + text + "\n";
+    below += "item" + number + "=" + text + "\n";
   }
   dataType.emplace_back("list", list);
   FakeHost host;
   kevaDoc document(true, "Macintosh");
   convertProfile(host, PropertyList(PropertyList::Array{dataType}), document);
-  EXPECT_EQ(textOf(document, "SPx"),
-            "+SPx=\ntop1=255\ntop2=65535\ntop3=4294967295\ntop5=-2147483647\ntop6=6442450945\n"
-            "top7=0.50\n*list=\nitem0=255\nitem1=65535\nitem2=4294967295\nitem4=-2147483647\n"
-            "item5=6442450945\nitem6=0.50\n-\n");
+  EXPECT_EQ(textOf(document, "SPx"), "+SPx=\n" + top + "*list=\n" + below + "-\n");
   const Tag* tag = document.top().findChild("SPx");
-  EXPECT_NE(tag->findAttribute("top6")->value().text(), nullptr);
-  EXPECT_EQ(tag->findChild("list")->findAttribute("item5")->value().text(), nullptr);
+  for (const std::string number : {"3", "10"}) {  // of 64 bits
+    EXPECT_NE(tag->findAttribute("top" + number)->value().text(), nullptr);
+    EXPECT_EQ(tag->findChild("list")->findAttribute("item" + number)->value().text(), nullptr);
+  }
 }
 
 TEST(PlistToTags, WritesSinglePartsAtTheirPath) {

@@ -33,6 +33,7 @@ constexpr Difference kAllowed[] = {
     {"tower", "disks",    "size_bytes",            "units of a text count as binary"              },
     {"tower", "volumes",  "size_bytes",            "units of a text count as binary"              },
     {"tower", "volumes",  "free_bytes",            "units of a text count as binary"              },
+    {"tower", "machine",  "workgroup",             "the agent compares addresses as found"        },
     {"tower", "adapters", "subnet_masks",          "a mask that is no text"                       },
     {"tower", "firewall", "setting",               "any word but \"No\" counts as on"             },
     {"tower", "power",    "sleep_on_power_button", "a number where others have words counts as no"},

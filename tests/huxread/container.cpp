@@ -60,10 +60,13 @@ TEST(Container, RefusesWhatIsNoSnapshotFile) {
   EXPECT_EQ(changed(end + 9, 2), "trailer: the compressed flag is 2, neither 0 nor 1");
   EXPECT_EQ(changed(end, 34), "trailer: header offset 34 lies beyond the data (33 bytes)");
   EXPECT_EQ(changed(end, 33), "header: does not begin with [H]");
-  const std::string header(kMaxHeaderSize + 1, '\n');
+  std::string header(kMaxHeaderSize + 1, '\n');
   EXPECT_EQ(problemOf(huxFile("", header)), "header: has more than 1048576 bytes");
   EXPECT_EQ(problemOf(huxFile("", zlibStream(header), true, 0)),
             "header: inflates to more than 1048576 bytes");
+  header.pop_back();
+  EXPECT_EQ(problemOf(huxFile("", zlibStream(header), true, 0)),
+            "header: line 1 is no entry of a group");
 }
 
 TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
@@ -76,6 +79,8 @@ TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
   EXPECT_EQ(problemWith(place(12, 400), place(0, 13)), "section 0: overlaps section 1");
   EXPECT_EQ(problemWith(place(0, 1), place(500, 0)),
             "section 1: offset 500 lies beyond the data (412 bytes)");
+  EXPECT_EQ(problemWith(place(0, 1), place(2, 411)),
+            "section 1: length 411 from offset 2 reaches beyond the data (412 bytes)");
   EXPECT_EQ(problemWith(place(0, 1), place(2, 4294967295)),
             "section 1: length 4294967295 from offset 2 reaches beyond the data (412 bytes)");
 }

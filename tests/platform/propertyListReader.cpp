@@ -32,7 +32,7 @@ TEST(PropertyListReader, ReadsElements) {
       {"<integer>-0x1F</integer>",                          "4:-31"                               },
       {"<integer>-9223372036854775808</integer>",           "4:-9223372036854775808"              },
       {"<real> -1e3</real>",                                "6:-1000.000000"                      },
-      {"<date>2100-03-01T00:00:00Z</date>",                 "@3129235200"                         },
+      {"<date>2100-03-01T13:47:05Z</date>",                 "@3129284825"                         },
       {"<date>1970-01-01T00:00:00Z</date>",                 "@-978307200"                         },
       {"<data></data>",                                     "data"                                },
       {"<string>\xE2\x80\x99\xF4\x8F\xBF\xBF\x01</string>", "\"\xE2\x80\x99\xF4\x8F\xBF\xBF\x01\""},
@@ -50,7 +50,8 @@ TEST(PropertyListReader, RefusesElements) {
       {"true",    {" "}                                                        },
       {"string",  {"a<string>b</string>", "a<?b?>c", "&#xD800;", "&#x110000;"} },
       {"string",  {"&#;", "&#4294967361;", "a\0b"s, "\xC0\xAF", "\xED\xA0\x80"}},
-      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>"}                 },
+      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4F;"}        },
+      {"string",  {std::string(99, 'a') + '\0' + std::string(99, 'a')}         },
       {"dict",    {"<key>a</key><key>b</key>", "<key>a</key><true/>x"}         },
       {"array",   {"x", "<![CDATA[ ]]>", "<true></array></true>"}              },
   };
@@ -64,7 +65,7 @@ TEST(PropertyListReader, RefusesElements) {
 TEST(PropertyListReader, LooksAtTheDocumentUpToItsEnd) {
   for (const std::string& document :
        {"<true/>"s, "<plist><true/></plist></plist> & \xFF\0 <a>"s,
-        "<plist><!--</plist>&--><true/></plist>"s,
+        "<plist><!--</plist>&--><?x </plistx>?><true/></plist>"s,
         "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"x\" \"y\">\n<!-- --><true/>"s}) {
     EXPECT_EQ(readDocument(document), "true") << document;
   }

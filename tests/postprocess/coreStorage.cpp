@@ -8,7 +8,8 @@
 
 TEST(CoreStorage, MatchesByThePhysicalDriveElseByTheFirstPhysicalVolume) {
   const kevaDoc raw = rawDocument({"SPStorageDataType", R"(
-{id=drive; _name=Data; physical_drive={media_name=DISK A}};
+{id=drive; _name=Data; physical_drive={media_name=DISK A};
+  com.apple.corestorage.pv=[{_name=disk9s2; media_name=DISK A Media}]};
 {id=second; _name=Data; physical_drive={media_name=DISK A}};
 {id=logical; _name=HD; com.apple.corestorage.pv=[
   {_name=disk0s2; media_name=DISK A Media}; {_name=disk1s2; media_name=DISK A Media}]};
@@ -20,6 +21,7 @@ TEST(CoreStorage, MatchesByThePhysicalDriveElseByTheFirstPhysicalVolume) {
       {"disk0s2", "DISK A Media 2", "nothing"  },
       {"disk0s2", "",               "logical 1"},
       {"disk1s2", "DISK A",         "nothing"  },
+      {"disk9s2", "DISK A",         "nothing"  },
   };
   const CoreStorage storage(raw);
   for (const auto& [volume, model, found] : cases) {

@@ -28,6 +28,14 @@ TEST(Memory, NumbersTheSlotsOfAllBanksOn) {
   EXPECT_EQ(written("{_items=[no slot]}", ""), lines("+Snapshot= | *Memory= | -"));
 }
 
+TEST(ComputerSystem, HasAModelEvenIfItIsNotKnown) {
+  FakeHost host;
+  const kevaDoc raw = rawDocument({"SPHardwareDataType", "{machine_name=Mac}"});
+  EXPECT_EQ(snapshotOf(PostProcessComputerSystem, raw, host),
+            lines(R"(+Snapshot= | +System= | *Computer-system= | model= | uuid=
+*Chassis= | manuf=Apple Inc. | - | -)"));
+}
+
 TEST(Memory, CannotGoOnAfterASizeThatIsNone) {
   FakeHost host;
   for (const std::string size : {"GB", "", "#4"}) {

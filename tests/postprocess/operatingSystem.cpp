@@ -2,6 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "shortForms.h"
+
+TEST(OperatingSystem, CouldRunIn64BitsBeforeItHadTo) {
+  const std::string text = snapshotOf(
+      PostProcessOperatingSystem,
+      rawDocument({"SPSoftwareDataType", "{os_version=OS X 10.6.8; 64bit_kernel_and_kexts=yes}"}));
+  EXPECT_NE(text.find("\narchitecture=64-bit\n"), text.npos);
+}
+
 TEST(OperatingSystem, WritesAnUptimeAsAnInterval) {
   const std::pair<const char*, const char*> cases[] = {
       {"up 0:00:75",                  "00000000000115.000000:000"},

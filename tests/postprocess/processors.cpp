@@ -24,6 +24,14 @@ core-count=9 | l2-cache-size=1152 | l3-cache-size=4096 | current-clock-speed=806
   EXPECT_EQ(written("{number_processors=proc 8:4:4; number_cpus=#5; cpu_type=A}"),
             lines(R"(+Snapshot= | +Processors= | *Processor:1=A | core-count=0
 current-clock-speed=0 | - | -)"));
+  std::string sizes;
+  for (const std::string key : {"l2_cache", "l2_cache_core", "l2_cache_size", "l2_cache_share",
+                                "l3_cache", "l3_cache_core", "l3_cache_size"}) {
+    const std::string text = written("{packages=#2; number_cpus=#8; " + key + "=2 MB}");
+    sizes += text.substr(text.find("=8\n") + 3, 19);
+  }
+  EXPECT_EQ(sizes, lines(R"(l2-cache-size=1024 | l2-cache-size=8192 | l2-cache-size=8192
+l2-cache-size=2048 | l3-cache-size=1024 | l3-cache-size=8192 | l3-cache-size=8192)"));
   for (const char* none : {"", "{packages=2}", "{packages=#-1}"}) {
     EXPECT_EQ(written(none), "*Snapshot=\n") << none;
   }

@@ -19,8 +19,9 @@ TEST(Usb, RoundsTheSizesOfMedia) {
   const std::pair<std::string, const char*> cases[] = {
       {"15.3 GB",  "15"},
       {"15.45 GB", "16"},
-      {"11.0 GB",  "11"},
-      {"7.6 GB",   "7" },
+      {"11.41 GB", "12"},
+      {"11.39 GB", "11"},
+      {"10.99 GB", "10"},
       {"GB",       "0" },
       {"#7",       "0" }
   };

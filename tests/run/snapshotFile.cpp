@@ -17,7 +17,7 @@ using SnapshotFile = WorkingFolder;
 TEST(SnapshotName, IsTheMachineAndItsAddress) {
   EXPECT_EQ(snapshotStem("Ann's mäc", "00-1C-42-AB-CD-EF"), "ANN'S MäC_001C42ABCDEF");
   EXPECT_EQ(snapshotStem("../a/b", ""), ".._A_B_");
-  EXPECT_EQ(snapshotStem("a\nb\x7F", "../00:1C\t"), "A_B__.._00:1C_");
+  EXPECT_EQ(snapshotStem("a\nb\x7F", std::string("../00:1C\t\0", 10)), "A_B__.._00:1C__");
   EXPECT_EQ(snapshotStem(std::string(199, 'a') + "\xC3\xA4", "00"), std::string(199, 'A') + "_00");
 }
 
@@ -30,6 +30,9 @@ TEST_F(SnapshotFile, TakesTheFirstNameThatNothingStandsAt) {
   EXPECT_TRUE(saved);
   EXPECT_EQ(fileText("A_1.hux") + fileText("A_1(3).hux"), "minenext");
   EXPECT_FALSE(fs::exists("absent"));
+  const mode_t kept = umask(0);
+  umask(kept);
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms(0666 & ~kept));
 }
 
 TEST_F(SnapshotFile, NamesAFileThatCannotBe) {

@@ -160,14 +160,15 @@ TEST_F(Agent, OutlivesItsReader) {
 }
 
 TEST_F(Agent, AsksTheMachineInOrder) {
-  writeScript("bin/ps", "echo ps >>calls\n");
+  writeScript("bin/ps", "echo ps >>calls; cat >>heard\n");
   for (const std::string name : {"system_profiler", "ioreg", "diskutil", "ls", "dscl", "env"}) {
     writeScript("bin/" + name,
                 "echo " + name + " >>calls\nPATH=${PATH#*:}\nexec " + name + " \"$@\"\n");
   }
-  const Outcome run = outcome(kMac + kAgent + "/log /silent");
+  const Outcome run = outcome("echo y | " + kMac + kAgent + "/log /silent");
   EXPECT_EQ(run.output, phaseLog("10%\n20%\n30%\n40%\n50%\n60%\n70%\n80%\n90%\n100%\n",
                                  ">>>" + snapshot("00005E0053A0") + "\n"));
+  EXPECT_EQ(fileText("heard"), "");  // of what nobody answered
   EXPECT_EQ(outcome("uniq calls").output, "system_profiler\nioreg\nps\ndiskutil\nls\ndscl\nenv\n");
 }
 

@@ -48,9 +48,10 @@ TEST(Displays, HaveNoMemoryThatIsNoSize) {
 TEST(Displays, NameTheUsualShapesOfPictures) {
   const std::tuple<unsigned, unsigned, const char*> kCases[] = {
       {1366, 768,  "16:9"   },
-      {1280, 1024, "5:4"    },
       {2100, 900,  "21:9"   },
-      {2256, 1504, "3:2"    },
+      {1280, 854,  "3:2"    },
+      {1152, 870,  "4:3"    },
+      {1270, 1024, "5:4"    },
       {3024, 1964, "756:491"},
       {1080, 1920, "9:16"   },
   };
@@ -93,6 +94,8 @@ TEST(Displays, SayWhatThePlatformReadWithoutABlock) {
   EXPECT_EQ(monitor("_spdisplays_display-serial-number=1fd626d63; _spdisplays_display-year=2012; "
                     "_spdisplays_display-week=1a"),
             "model=M manuf-date=2012-01-01 ");
+  EXPECT_EQ(monitor("_spdisplays_display-year=1990; _spdisplays_display-week=3"),
+            "model=M manuf-date=1990-01-15 ");
 }
 
 // Decimal texts and hexadecimal ones: a text of eight digits may be either.

@@ -51,7 +51,6 @@ TEST(PropertyListReader, RefusesElements) {
       {"string",  {"a<string>b</string>", "a<?b?>c", "&#xD800;", "&#x110000;"} },
       {"string",  {"&#;", "&#4294967361;", "a\0b"s, "\xC0\xAF", "\xED\xA0\x80"}},
       {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4F;"}        },
-      {"string",  {std::string(99, 'a') + '\0' + std::string(99, 'a')}         },
       {"dict",    {"<key>a</key><key>b</key>", "<key>a</key><true/>x"}         },
       {"array",   {"x", "<![CDATA[ ]]>", "<true></array></true>"}              },
   };
@@ -69,10 +68,11 @@ TEST(PropertyListReader, LooksAtTheDocumentUpToItsEnd) {
         "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"x\" \"y\">\n<!-- --><true/>"s}) {
     EXPECT_EQ(readDocument(document), "true") << document;
   }
-  for (const char* document :
-       {"", " \n", "word <plist><true/></plist>", "<plist><true/></plis",
-        "\xEF\xBB\xBF<plist><data/></plist>", "<plist><true/><!-- x </plist>", "<key>a</key>",
-        "<plist/>", "<plist><array/><array/></plist>"}) {
+  for (const std::string& document : std::vector<std::string>{
+           "<true/>\0"s, "<true/>" + std::string(99, ' ') + '\0' + std::string(99, ' '), "", " \n",
+           "word <plist><true/></plist>", "<plist><true/></plis",
+           "\xEF\xBB\xBF<plist><data/></plist>", "<plist><true/><!-- x </plist>", "<key>a</key>",
+           "<plist/>", "<plist><array/><array/></plist>"}) {
     EXPECT_EQ(readDocument(document), "refused") << document;
   }
 }

@@ -59,18 +59,18 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
 
 TEST(PlistToTags, StoresNumbersByTheirType) {
   constexpr std::int64_t kLarge = 0x1'8000'8081;  // of every part the sign bit is set
-  const std::string part = "-2147450751";
-  const std::string wide = "6442483841";
-  const std::string real = "0.50";
+  constexpr const char* kPart = "-2147450751";
+  constexpr const char* kWide = "6442483841";
+  constexpr const char* kReal = "0.50";
   PropertyList::Dictionary dataType = {
       {"_dataType", "SPx"}
   };
   PropertyList::Array list;
   std::string top;
   std::string below;
-  for (const std::string& text :
-       {std::string("129"), std::string("32897"), std::string("2147516545"), wide, real, real, part,
-        part, part, part, wide, real, real, part, part, std::string()}) {
+  // In the order of the types; the last one, CGFloat, is not stored.
+  for (const char* text : {"129", "32897", "2147516545", kWide, kReal, kReal, kPart, kPart, kPart,
+                           kPart, kWide, kReal, kReal, kPart, kPart, ""}) {
     const auto type = static_cast<NumberType>(list.size() + 1);
     const std::string number = std::to_string(list.size());
     list.emplace_back(PropertyList::Number{type, kLarge, 0.5});

@@ -16,6 +16,7 @@ TEST(Header, SaysWhatIsWrongAndWhere) {
       {"header: line 2 is cut off",                           "[H]\ncount=2"                     },
       {"header: line 1 is no entry of a group",               "count=2\n[H]\n"                   },
       {"header: line 4 is no entry of a group",               head + "[1\n"                      },
+      {"header: line 4 is no entry of a group",               head + "1]\n"                      },
       {"header: line 3 repeats a key of its group",           "[H]\ncount=2\ncount=2\n"          },
       {"header: snapshotcount is missing",                    "[H]\ncount=2\n"                   },
       {"header: line 4 is no section number",                 head + "[H]\n"                     },

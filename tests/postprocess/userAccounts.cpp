@@ -15,14 +15,3 @@ TEST(UserAccounts, HandNoNameToTheShellThatItWouldInterpret) {
   EXPECT_THAT(host.commands, testing::ElementsAre(kList, kList, kList, kList,
                                                   R"(dscl . -read "/users/ a'b;c|d*")"));
 }
-
-TEST(UserAccounts, HaveARecordWithANameBehindTheHomeFolder) {
-  const std::pair<const char*, bool> cases[] = {
-      {"\nNFSHomeDirectory: /\nRecordName: a\nRecordType: x\n", true },
-      {"RecordName: a\nRecordType: x\nNFSHomeDirectory: /\n",   false},
-      {"\nNFSHomeDirectory: /\nRecordName: a\n",                false},
-  };
-  for (const auto& [output, isUser] : cases) {
-    EXPECT_EQ(parseUserRecord(output).has_value(), isUser) << output;
-  }
-}

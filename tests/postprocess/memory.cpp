@@ -30,7 +30,7 @@ TEST(Memory, NumbersTheSlotsOfAllBanksOn) {
 
 TEST(ComputerSystem, HasAModelEvenIfItIsNotKnown) {
   FakeHost host;
-  const kevaDoc raw = rawDocument({"SPHardwareDataType", "{machine_name=Mac}"});
+  const kevaDoc raw = rawDocument({"SPHardwareDataType", "{_name=overview; machine_name=Mac}"});
   EXPECT_EQ(snapshotOf(PostProcessComputerSystem, raw, host),
             lines(R"(+Snapshot= | +System= | *Computer-system= | model= | uuid=
 *Chassis= | manuf=Apple Inc. | - | -)"));

@@ -1,11 +1,16 @@
 #include "collect/profiler.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "base/console.h"
 #include "base/formatString.h"
 #include "collect/commandRunner.h"
+
+using platform::PropertyList;
 
 namespace {
 
@@ -70,6 +75,19 @@ constexpr Step kSteps[] = {
     {{"SPPowerDataType", nullptr},                      PieceMode::Last,   100},
 };
 
+// A piece as a document again.
+std::string wrapped(std::string piece, PieceMode mode) {
+  if (mode != PieceMode::First) piece.insert(0, kProlog);
+  if (mode != PieceMode::Last) piece += kEpilogue;
+  return piece;
+}
+
+void addDictionaries(platform::Host& host, std::string document, PropertyList::Array& profile) {
+  std::optional<PropertyList> list = host.parsePropertyList(std::move(document));
+  if (!list || list->array() == nullptr) return;
+  std::ranges::move(*list->array(), std::back_inserter(profile));
+}
+
 }  // namespace
 
 std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
@@ -88,26 +106,18 @@ std::string profileDataType(platform::Host& host, const std::string& dataType, P
   return piece;
 }
 
-std::string collectProfile(platform::Host& host, std::uint32_t& totalLength, bool progress) {
-  std::vector<std::string> pieces;
+PropertyList collectProfile(platform::Host& host, bool progress) {
+  PropertyList::Array profile;
   for (const Step& step : kSteps) {
     for (const char* dataType : step.dataTypes) {
       if (dataType == nullptr) continue;
       std::uint32_t length = 0;
-      pieces.push_back(profileDataType(host, dataType, step.mode, length));
-      if (length > 0) continue;
-      if (step.mode == PieceMode::First) pieces.emplace_back(kProlog);
-      if (step.mode == PieceMode::Last) pieces.emplace_back(kEpilogue);
+      std::string piece = profileDataType(host, dataType, step.mode, length);
+      if (length > 0) addDictionaries(host, wrapped(std::move(piece), step.mode), profile);
     }
     if (progress && step.percent > 0) printText("%d%%\n", step.percent);
   }
-  std::size_t size = 0;
-  for (const std::string& piece : pieces) size += piece.size();
-  std::string document;
-  document.reserve(size);
-  for (const std::string& piece : pieces) document += piece;
-  totalLength = static_cast<std::uint32_t>(size);
-  return document;
+  return PropertyList(std::move(profile));
 }
 
 std::string collectRawProfile(platform::Host& host) {

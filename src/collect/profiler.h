@@ -7,7 +7,7 @@
 
 // Collects what `system_profiler` says of the machine.
 
-// Which part of one data type's document is kept, so that the pieces make one document.
+// Which part of one data type's document is kept, so that the pieces would make one document.
 enum class PieceMode {
   Middle = 0,  // without the XML around its dictionaries
   First = 1,   // with what stands before them
@@ -20,11 +20,11 @@ enum class PieceMode {
 std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
                             std::uint32_t& length);
 
-// Runs the profiler for every data type that a scan reads, one after the other, and returns one
-// property list with the dictionaries of all of them; `totalLength` receives its length. With
-// `progress` the percentage is printed after every second data type, for programs that watch a
-// silent run.
-std::string collectProfile(platform::Host& host, std::uint32_t& totalLength, bool progress);
+// Runs the profiler for every data type that a scan reads, one after the other, and returns an
+// array with the dictionaries of all of them. Each document is parsed by itself: one that is
+// damaged or cut costs its own data type, not the others. With `progress` the percentage is printed
+// after every second data type, for programs that watch a silent run.
+platform::PropertyList collectProfile(platform::Host& host, bool progress);
 
 // What the profiler says when it is asked for everything at once.
 std::string collectRawProfile(platform::Host& host);

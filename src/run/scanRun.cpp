@@ -54,10 +54,8 @@ Collected collect(platform::Host& host, const RunOptions& options, bool silent,
                       {}};
   AssetFacts& facts = collected.facts;
   log("I. Collecting Data....\n");
-  std::uint32_t length = 0;
-  std::string document = collectProfile(host, length, silent);
+  PropertyList profile = collectProfile(host, silent);
   log("done\n");
-  PropertyList profile = parseProfile(host, std::move(document));
   facts.host = collectSoftwareHardwareFacts(host, profile);
   facts.network = collectNetworkFacts(profile, ipAddress);
   facts.serialNumber = serialNumber(profile);

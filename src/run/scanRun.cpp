@@ -1,6 +1,8 @@
 #include "run/scanRun.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -38,8 +40,12 @@ Object& kept(std::unique_ptr<Object> object) {
   return *objects->emplace_back(std::move(object));
 }
 
-std::int32_t wholeSeconds(platform::Host& host) {
-  return static_cast<std::int32_t>(std::floor(host.now()));
+// Whole seconds from one time of the clock to another, which is earlier when the clock was set
+// back; as far as 32 bits go.
+std::int32_t secondsBetween(double start, double end) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(
+      std::clamp<double>(std::floor(end) - std::floor(start), Limits::min(), Limits::max()));
 }
 
 // Phases I to III: what the machine says, as a raw tree and as single facts.
@@ -110,18 +116,18 @@ void normalRun(platform::Host& host, const RunOptions& options, bool silent,
                const std::string& ipAddress, const std::string& login) {
   const bool native = options.containerOption != 0;
   const PhaseLog log(options.logMode != 0);
-  const std::int32_t start = wholeSeconds(host);
+  const double start = host.now();
   log(formatString("Agent version: %s\n", kProgramVersion).c_str());
   log("------Start Log------\n");
   auto [raw, facts] = collect(host, options, silent, ipAddress, log);
 
   auto snapshot = std::make_unique<kevaDoc>(native, "Snapshot");
   PostProcess(*snapshot, raw, host, options.logMode != 0);
-  const std::int32_t end = wholeSeconds(host);
+  const double end = host.now();
   facts.computerName = host.computerName();
   facts.timestamp = formatNow(host, TimestampForm::Long);
   facts.login = login;
-  setTopEntries(facts, end - start, *snapshot);
+  setTopEntries(facts, secondsBetween(start, end), *snapshot);
 
   log("V. Creating AssetInfo Section....");
   auto asset = buildAssetInfo(facts, *snapshot, native);

@@ -42,9 +42,9 @@ class SignalsWait {
 };
 
 // A file that did not exist, a link that leads nowhere counted; -1 when there is none, see errno.
-int create(const std::string& path) {
+int create(const std::string& name) {
   constexpr mode_t kReadWrite = 0666;  // less the umask, as fopen(3) creates files
-  return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadWrite);
+  return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadWrite);
 }
 
 bool writeAll(int file, std::string_view image) {
@@ -75,17 +75,18 @@ std::string snapshotStem(std::string_view name, std::string_view hardwareAddress
 }
 
 SavedFile saveSnapshotFile(const std::string& stem, std::string_view image) {
-  const std::string directory = currentDirectory();
-  SavedFile result{formatString("%s/%s.hux", directory.c_str(), stem.c_str())};
+  const std::string directory = currentDirectory() + "/";
+  // By its name alone: the path of a directory may be longer than what the system opens.
+  std::string name = stem + ".hux";
   const SignalsWait signalsWait;
-  int file = create(result.path);
+  int file = create(name);
   for (int counter = 1; file < 0 && errno == EEXIST; ++counter) {
-    result.path = formatString("%s/%s(%d).hux", directory.c_str(), stem.c_str(), counter);
-    file = create(result.path);
+    name = formatString("%s(%d).hux", stem.c_str(), counter);
+    file = create(name);
   }
-  if (file < 0) return result;
+  if (file < 0) return {directory + name};
   const bool written = writeAll(file, image);
-  result.saved = close(file) == 0 && written;  // some file systems tell of a full disk only now
-  if (!result.saved) unlink(result.path.c_str());
-  return result;
+  const bool saved = close(file) == 0 && written;  // some file systems tell of a full disk only now
+  if (!saved) unlink(name.c_str());
+  return {directory + name, saved};
 }

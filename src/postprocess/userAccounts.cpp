@@ -1,9 +1,11 @@
 #include "postprocess/userAccounts.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "base/formatString.h"
 #include "base/text.h"
+#include "base/utf8.h"
 #include "collect/commandRunner.h"
 #include "postprocess/mapping.h"
 
@@ -24,9 +26,13 @@ std::optional<std::string> textBetween(std::string_view record, std::string_view
 }
 
 // A name goes into a command between double quotes: one that holds a character which the shell
-// interprets there is no account's.
+// interprets there is no account's. Nor is one that no folder has: a listing that is nothing but
+// noise would start a command for each of its lines.
 bool isAccountName(std::string_view name) {
-  return name.find_first_of("\"$`\\") == std::string_view::npos;
+  constexpr std::size_t kLongest = 255;  // bytes
+  const bool control = std::ranges::any_of(name, [](char c) { return c >= '\0' && c < ' '; });
+  return !name.empty() && name.size() <= kLongest && !control &&
+         name.find_first_of("\"$`\\") == std::string_view::npos && validUtf8(name) == name;
 }
 
 void writeAccount(const std::string& folder, platform::Host& host, Tag& accounts) {

@@ -107,7 +107,8 @@ void addHardwareFacts(platform::Host& host, const PropertyList* item, HostFacts&
     facts.processorSpeed = unsignedText(std::atof(FirstWord(*speed).c_str()) * 1000);
   }
   facts.platformUuid = platformUuid(host);
-  if (facts.platformUuid.empty()) facts.platformUuid = textOr(item->find("platform_UUID"));
+  const std::string stated = textOr(item->find("platform_UUID"));
+  if (stated.starts_with(facts.platformUuid)) facts.platformUuid = stated;  // it was cut, or silent
   facts.processorModel = textOr(item->find("cpu_type"));
   if (facts.processorModel.find("Intel") != std::string::npos) {
     facts.processorManufacturer = "GenuineIntel";

@@ -39,3 +39,20 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
                 facts.diskFree + "|" + facts.monitorDiagonal,
             "0||ann|40.8|48");  // 47.501 inches
 }
+
+TEST(HostFacts, TakeTheProfilersUuidWhenTheCommandsIsCut) {
+  FakeHost host;
+  platformUuid(host);
+  std::string& printed = host.outputs[host.commands.back()];
+  const auto profile = host.parsePropertyList(R"(<array>
+      <dict><key>_dataType</key><string>SPHardwareDataType</string><key>_items</key><array>
+        <dict><key>platform_UUID</key><string>5B0C-7A1E</string></dict></array></dict></array>)");
+  for (const auto& [text, uuid] : {
+           std::pair{"",      "5B0C-7A1E"},
+           {"5B0C-", "5B0C-7A1E"},
+           {"7A1E",  "7A1E"     }
+  }) {
+    printed = text;
+    EXPECT_EQ(collectSoftwareHardwareFacts(host, *profile).platformUuid, uuid) << text;
+  }
+}

@@ -10,7 +10,8 @@ TEST(UserAccounts, HandNoNameToTheShellThatItWouldInterpret) {
   FakeHost host;
   const std::string kList = "ls -1 /Users/";
   EXPECT_EQ(snapshotOf(PostProcessUserAccounts, host), "*Snapshot=\n");
-  host.outputs[kList] = "a\"b\na$(ls)\na`ls`\na\\\n a'b;c|d*\n";
+  host.outputs[kList] =
+      "a\"b\na$(ls)\na`ls`\na\\\n a'b;c|d*\n\n\xFF\n\x01\n" + std::string(256, 'a') + "\n";
   EXPECT_EQ(snapshotOf(PostProcessUserAccounts, host), "+Snapshot=\n*User-accounts=\n-\n");
   EXPECT_THAT(host.commands, testing::ElementsAre(kList, kList, kList, kList,
                                                   R"(dscl . -read "/users/ a'b;c|d*")"));

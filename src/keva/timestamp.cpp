@@ -13,8 +13,11 @@ std::string completeTimestamp(std::string formatted, TimestampForm form) {
   constexpr std::size_t kHours = kSign + 1;
   constexpr std::size_t kMinutes = kHours + 2;
   if (form == TimestampForm::Short || formatted.size() < kMinutes + 2) return formatted;
-  const int hours = std::atoi(formatted.substr(kHours, 2).c_str());
   const auto minutes = static_cast<std::uint8_t>(std::atoi(formatted.c_str() + kMinutes));
+  const int hours = std::atoi(formatted.erase(kMinutes).c_str() + kHours);
   const auto offset = static_cast<std::uint16_t>(hours * 60 + minutes);
-  return formatted.substr(0, kBlank) + formatted[kSign] + std::to_string(offset);
+  // The sign takes the place of the blank.
+  formatted[kBlank] = formatted[kSign];
+  formatted.replace(kSign, std::string::npos, std::to_string(offset));
+  return formatted;
 }

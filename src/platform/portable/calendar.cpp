@@ -1,6 +1,8 @@
 #include "platform/portable/calendar.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -16,11 +18,13 @@ constexpr double k2001 = 978307200;  // 2001-01-01 00:00:00 UTC in seconds since
 
 // At least `width` places, with zeros in front, the sign counted: printf's "%0*d".
 void appendPadded(std::string& text, std::size_t width, long number) {
-  const std::string digits = std::to_string(std::labs(number));
-  const std::size_t used = digits.size() + (number < 0 ? 1 : 0);
+  std::array<char, 24> digits{};
+  const char* end = std::to_chars(digits.begin(), digits.end(), std::labs(number)).ptr;
+  const auto count = static_cast<std::size_t>(end - digits.begin());
+  const std::size_t used = count + (number < 0 ? 1 : 0);
   if (number < 0) text += '-';
   if (used < width) text.append(width - used, '0');
-  text += digits;
+  text.append(digits.data(), count);
 }
 
 // "+0300"; with the seconds behind it in zones before standard time ("-045602").

@@ -85,11 +85,15 @@ std::optional<XmlScan> scanXml(std::string_view document) {
   std::size_t checked = 0;  // up to here references are known
   for (std::size_t at = 0; (at = document.find('<', at)) != std::string_view::npos; ++at) {
     const std::string_view rest = document.substr(at);
-    if (const std::size_t length = endTagLength(rest); length != 0) {
+    const char second = rest.size() > 1 ? rest[1] : '\0';
+    if (second == '/') {
+      const std::size_t length = endTagLength(rest);
+      if (length == 0) continue;
       xml.length = at + length;
       break;
     }
-    if (rest.starts_with("<data") && isEmptyTag(rest)) return std::nullopt;
+    if (second == 'd' && rest.starts_with("<data") && isEmptyTag(rest)) return std::nullopt;
+    if (second != '!') continue;
     const bool comment = rest.starts_with(kComment);
     if (!comment && !rest.starts_with(kCdata)) continue;
     if (!areReferencesKnown(document.substr(checked, at - checked))) return std::nullopt;

@@ -95,7 +95,7 @@ void setDisks(const kevaDoc& snapshot, kevaDoc& asset) {
     entry->addProperty("free%",
                        formatString("%lld", percent == nullptr ? 100LL : 100LL - *percent));
     const TagAttribute* mountPoint = disk->findAttribute("mount-point");
-    const std::string* path = mountPoint == nullptr ? nullptr : mountPoint->value().text();
+    const SharedText* path = mountPoint == nullptr ? nullptr : mountPoint->value().text();
     if (path != nullptr && *path == "/") entry->addProperty("sys", "1");
   }
 }

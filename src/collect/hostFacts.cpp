@@ -32,17 +32,17 @@ const PropertyList::Array& elements(const PropertyList* list) {
   return list == nullptr || list->array() == nullptr ? kNone : *list->array();
 }
 
-const std::string* textOf(const PropertyList* value) {
+const SharedText* textOf(const PropertyList* value) {
   return value == nullptr ? nullptr : value->text();
 }
 
 std::string textOr(const PropertyList* value, std::string_view otherwise = "") {
-  const std::string* text = textOf(value);
-  return std::string(text == nullptr ? otherwise : *text);
+  const SharedText* text = textOf(value);
+  return std::string(text == nullptr ? otherwise : std::string_view(*text));
 }
 
 bool isText(const PropertyList* value, std::string_view expected) {
-  const std::string* text = textOf(value);
+  const SharedText* text = textOf(value);
   return text != nullptr && *text == expected;
 }
 
@@ -75,7 +75,7 @@ std::string countText(const PropertyList* value) {
 // Binary gigabytes of a size text; nothing when there is no text, 0 for one that is too short.
 std::optional<double> gigabytes(const PropertyList* value) {
   constexpr std::size_t kShortest = 3;
-  const std::string* text = textOf(value);
+  const SharedText* text = textOf(value);
   if (text == nullptr) return std::nullopt;
   return text->size() < kShortest ? 0 : ParseSizeGB(*text);
 }
@@ -93,7 +93,7 @@ void addSoftwareFacts(const PropertyList* item, HostFacts& facts) {
   const std::size_t close = user.find(')', open);
   if (close != std::string::npos) facts.userName = user.substr(open + 1, close - open - 1);
   facts.localHostName = textOr(find(item, "local_host_name"));
-  if (const std::string* text = textOf(find(item, "os_version"))) {
+  if (const SharedText* text = textOf(find(item, "os_version"))) {
     const OsVersion os = OsVersion::parse(*text);
     facts.osName = os.name;
     if (!os.update.empty()) facts.osVersion = formatString("Update %s ", os.update.c_str());
@@ -103,7 +103,7 @@ void addSoftwareFacts(const PropertyList* item, HostFacts& facts) {
 
 void addHardwareFacts(platform::Host& host, const PropertyList* item, HostFacts& facts) {
   if (item == nullptr) return;
-  if (const std::string* speed = textOf(item->find("current_processor_speed"))) {
+  if (const SharedText* speed = textOf(item->find("current_processor_speed"))) {
     facts.processorSpeed = unsignedText(std::atof(FirstWord(*speed).c_str()) * 1000);
   }
   facts.platformUuid = platformUuid(host);
@@ -205,7 +205,7 @@ NetworkFacts collectNetworkFacts(const PropertyList& profile, const std::string&
   for (const PropertyList& service : elements(activeServices(profile))) {
     const PropertyList* smb = service.find("SMB");
     if (!isText(service.find("hardware_address"), address)) continue;
-    const std::string* workgroup = textOf(find(smb, "Workgroup"));
+    const SharedText* workgroup = textOf(find(smb, "Workgroup"));
     if (workgroup == nullptr) continue;
     facts.domain = toUpper(*workgroup);
     facts.netbiosName = textOr(smb->find("NetBIOSName"));

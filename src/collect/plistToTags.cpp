@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <iterator>
 #include <utility>
+#include <vector>
 
+#include "base/digits.h"
 #include "base/formatString.h"
 #include "collect/dates.h"
 
@@ -50,26 +52,33 @@ TagValue numberValue(const PropertyList::Number& number, Level level) {
   return TagValue();
 }
 
+bool isPlain(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '_';
+}
+
 // A place in the document. Its tags are made when the first value is set below it: arrays and
 // dictionaries without content leave no trace.
 class Place {
  public:
   // Where `path` leads, which is to be continued by "/" and a name.
-  Place(kevaDoc& document, std::string path)
+  Place(kevaDoc& document, SharedText path)
       : document_(&document),
         length_(path.size()),
         depth_(std::ranges::count(path, '/')),
         name_(std::move(path)) {}
 
   // The parent must outlive this object, and is not changed otherwise meanwhile.
-  Place(Place& parent, std::string name)
+  Place(Place& parent, SharedText name)
       : parent_(&parent),
         length_(parent.length_ + 1 + name.size()),
         depth_(parent.depth_ + 1),
         name_(std::move(name)) {}
 
+  // So many attributes are likely to be set directly below, at most.
+  void expect(std::size_t attributes) { expected_ = attributes; }
+
   // As the attribute that the path names.
-  void set(TagValue value) {
+  void set(TagValue&& value) {
     constexpr auto kMaxDepth = static_cast<std::ptrdiff_t>(Tag::kMaxPathDepth);
     if (length_ > Tag::kMaxPathLength || depth_ > kMaxDepth) return;
     if (Tag* tag = parent_->tag()) tag->setAttribute(name_, std::move(value));
@@ -78,14 +87,20 @@ class Place {
  private:
   // As Tag::setPath walks a path; null where it ends.
   Tag* tag() {
-    if (tag_ != nullptr) return tag_;
+    if (tag_ == nullptr) tag_ = findTag();
+    return tag_;
+  }
+
+  Tag* findTag() {
     if (parent_ == nullptr) {
       std::string_view rest;
-      return tag_ = document_->holder().walkPath(name_ + "/", rest);
+      return document_->holder().walkPath(std::string(name_) + "/", rest);
     }
     Tag* above = parent_->tag();
     if (above == nullptr) return nullptr;
-    return tag_ = name_.empty() ? above->childAt(0) : above->child(name_);
+    Tag* found = name_.empty() ? above->childAt(0) : above->child(name_);
+    if (found != nullptr) found->expectAttributes(expected_);
+    return found;
   }
 
   kevaDoc* document_ = nullptr;  // of a place without a parent, whose name is a path
@@ -93,54 +108,65 @@ class Place {
   Tag* tag_ = nullptr;  // null until it is known
   std::size_t length_;
   std::ptrdiff_t depth_;
-  std::string name_;
+  std::size_t expected_ = 0;
+  SharedText name_;
 };
 
 class Converter {
  public:
   explicit Converter(platform::Host& host) : host_(host) {}
 
-  void dataType(PropertyList::Dictionary& dictionary, Place& place) const {
+  void dataType(PropertyList::Dictionary& dictionary, Place& place) {
     constexpr std::array<std::string_view, 3> kSkipped = {"_dataType", "_detailLevel",
                                                           "_properties"};
     for (auto& [key, value] : dictionary) {
       if (std::ranges::find(kSkipped, key) != kSkipped.end()) continue;
-      Place below(place, sanitizeKey(key));
-      convert(std::move(value), below, Level::Top);
+      Place below(place, sanitizeKey(std::move(key)));
+      convert(value, below, Level::Top);
     }
   }
 
-  void dictionary(PropertyList::Dictionary& dictionary, Place& place) const {
+  void dictionary(PropertyList::Dictionary& dictionary, Place& place) {
+    place.expect(dictionary.size());
     for (auto& [key, value] : dictionary) {
-      Place below(place, sanitizeKey(key));
       const bool rules = key == "spfirewall_applications" || key == "spfirewall_services";
+      Place below(place, sanitizeKey(std::move(key)));
       if (rules && value.dictionary() != nullptr) {
         namedValues(*value.dictionary(), below);
       } else {
-        convert(std::move(value), below, Level::Nested);
+        convert(value, below, Level::Nested);
       }
     }
   }
 
-  void array(PropertyList::Array& array, Place& place) const {
+  void array(PropertyList::Array& array, Place& place) {
+    if (!array.empty() && array.front().text() != nullptr) place.expect(array.size());
     for (std::size_t i = 0; i < array.size(); ++i) {
-      Place item(place, "item" + std::to_string(i));
-      convert(std::move(array[i]), item, Level::Nested);
+      PropertyList element = std::exchange(array[i], PropertyList::Data{});  // and goes
+      Place item(place, itemName(i));
+      convert(element, item, Level::Nested);
     }
   }
 
-  static void namedValues(PropertyList::Dictionary& dictionary, Place& place) {
+  void namedValues(PropertyList::Dictionary& dictionary, Place& place) {
     std::size_t position = 0;
     for (auto& [key, value] : dictionary) {
-      Place item(place, "item" + std::to_string(position++));
+      Place item(place, itemName(position++));
       if (value.text() == nullptr) continue;
-      Place(item, "_name").set(TagValue(std::move(key)));
-      Place(item, "value").set(TagValue(std::move(*value.text())));
+      Place(item, SharedText("_name")).set(TagValue(std::move(key)));
+      Place(item, SharedText("value")).set(TagValue(std::move(*value.text())));
     }
   }
 
  private:
-  void convert(PropertyList value, Place& place, Level level) const {
+  SharedText itemName(std::size_t position) {
+    while (itemNames_.size() <= position) {
+      itemNames_.emplace_back("item" + std::to_string(itemNames_.size()));
+    }
+    return itemNames_[position];
+  }
+
+  void convert(PropertyList& value, Place& place, Level level) {
     if (value.text() != nullptr) {
       place.set(TagValue(std::move(*value.text())));
     } else if (value.dictionary() != nullptr) {
@@ -156,41 +182,45 @@ class Converter {
   }
 
   platform::Host& host_;
+  std::vector<SharedText> itemNames_;  // those of all arrays
 };
 
 }  // namespace
 
 void convertProfile(platform::Host& host, PropertyList root, kevaDoc& document) {
   if (root.array() == nullptr) return;
+  Converter converter(host);
   for (PropertyList& element : *root.array()) {
     const PropertyList* dataType = element.find("_dataType");
     if (dataType == nullptr || dataType->text() == nullptr) continue;
     if (*dataType->text() == "SPLogsDataType" || *dataType->text() == "SPFontsDataType") continue;
-    Place place(document, "/" + normalizedText(*dataType->text()));
-    Converter(host).dataType(*element.dictionary(), place);
+    Place place(document, SharedText("/" + std::string(normalizedText(*dataType->text()))));
+    converter.dataType(*element.dictionary(), place);
   }
 }
 
 void convertDictionary(platform::Host& host, PropertyList::Dictionary dictionary,
                        const std::string& path, kevaDoc& document) {
-  Place place(document, path);
+  Place place(document, SharedText(path));
   Converter(host).dictionary(dictionary, place);
 }
 
 void convertArray(platform::Host& host, PropertyList::Array array, const std::string& path,
                   kevaDoc& document) {
-  Place place(document, path);
+  Place place(document, SharedText(path));
   Converter(host).array(array, place);
 }
 
 void convertNamedValues(platform::Host& host, PropertyList::Dictionary dictionary,
                         const std::string& path, kevaDoc& document) {
-  Place place(document, path);
+  Place place(document, SharedText(path));
   Converter(host).namedValues(dictionary, place);
 }
 
-std::string sanitizeKey(std::string_view key) {
-  std::string sanitized(key);
+SharedText sanitizeKey(SharedText key) {
+  // Keys of the profiler are plain ones, but for a few: they stay where they are.
+  if (std::ranges::all_of(key, isPlain)) return key;
+  std::string sanitized = key;
   std::ranges::replace_if(
       sanitized, [](char c) { return c == '\'' || c == ' ' || c == '/' || c == ','; }, '_');
   for (std::size_t at = 0; (at = sanitized.find("\xE2\x80", at)) != std::string::npos; ++at) {

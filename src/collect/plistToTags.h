@@ -12,7 +12,8 @@
 // Dates become long time stamps (keva/timestamp.h); booleans and data are left out, and so are
 // arrays and dictionaries without content. The host is asked for the texts of dates alone.
 //
-// The list is taken apart: move it in, and no text is copied nor in memory twice.
+// The list is taken apart: move it in. Texts stay where they are, and share their bytes with the
+// list.
 //
 // Property lists are at most Host::kMaxNesting deep; a value whose path exceeds the limits of
 // Tag::setPath is left out.
@@ -36,4 +37,4 @@ void convertNamedValues(platform::Host& host, platform::PropertyList::Dictionary
 
 // A key as it stands in a path: apostrophe, blank, "/", ",", and the typographic quotation marks
 // U+2018, U+2019 and U+201B become "_", line ends are those of a text (TagValue::setText).
-std::string sanitizeKey(std::string_view key);
+SharedText sanitizeKey(SharedText key);

@@ -126,7 +126,7 @@ void Entries::addDataType() {
 void Entries::addValue(const std::string& path, const PropertyList& value) {
   if (const auto* dictionary = value.dictionary()) {
     for (const auto& [key, below] : *dictionary) {
-      addValue(formatString("%s/%s", path.c_str(), key.c_str()), below);
+      addValue(path + "/" + std::string(key), below);
     }
   } else if (const auto* array = value.array()) {
     std::size_t number = 0;

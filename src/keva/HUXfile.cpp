@@ -17,8 +17,8 @@ constexpr std::size_t kTrailerSize = 14;  // offset of the header, version, comp
 std::string timestampOf(const kevaDoc* document) {
   if (document == nullptr) return "";
   const TagAttribute* attribute = document->top().findAttribute("timestamp");
-  const std::string* text = attribute == nullptr ? nullptr : attribute->value().text();
-  return text == nullptr ? "" : *text;
+  const SharedText* text = attribute == nullptr ? nullptr : attribute->value().text();
+  return text == nullptr ? "" : std::string(*text);
 }
 
 }  // namespace

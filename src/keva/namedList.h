@@ -9,65 +9,105 @@
 #include <utility>
 #include <vector>
 
-// An ordered list of owned nodes that are found by name, the first of equal names. Nodes never
-// move, so that pointers to them last as long as the list; names must not change while a node is
-// in a list. `Node` has `const std::string& name() const`.
+// An ordered list of nodes that are found by name, the first of equal names. Nodes do not move
+// while the list grows, so that pointers to them last; names must not change while a node is in a
+// list. `Node` has `const SharedText& name() const`.
 //
 // Short lists are searched from the front. From kIndexFrom nodes on the first look-up builds an
 // index, so that a list of 100,000 applications costs the same per look-up as one of ten.
 template <typename Node>
 class NamedList {
  public:
-  std::size_t size() const { return nodes_.size(); }
+  // Walks the nodes in their order, as pointers.
+  class Iterator {
+   public:
+    Iterator(const NamedList& list, std::size_t block) : list_(&list), block_(block) {}
+
+    Node* operator*() const { return &list_->blocks_[block_][place_]; }
+
+    Iterator& operator++() {
+      if (++place_ == list_->blocks_[block_].size()) {
+        ++block_;
+        place_ = 0;
+      }
+      return *this;
+    }
+
+    bool operator==(const Iterator&) const = default;
+
+   private:
+    const NamedList* list_;
+    std::size_t block_;
+    std::size_t place_ = 0;  // in the block
+  };
+
+  std::size_t size() const { return size_; }
 
   // Null when `index` is not below size().
   Node* at(std::size_t index) const {
-    return index < nodes_.size() ? nodes_[index].get() : nullptr;
+    for (std::vector<Node>& block : blocks_) {
+      if (index < block.size()) return &block[index];
+      index -= block.size();
+    }
+    return nullptr;
   }
 
   // The first node of that name; null when there is none.
   Node* find(std::string_view name) const {
-    if (nodes_.size() < kIndexFrom) {
-      const auto found =
-          std::ranges::find_if(nodes_, [name](const auto& node) { return node->name() == name; });
-      return found == nodes_.end() ? nullptr : found->get();
+    if (size_ < kIndexFrom) {
+      for (std::vector<Node>& block : blocks_) {
+        for (Node& node : block) {
+          if (node.name() == name) return &node;
+        }
+      }
+      return nullptr;
     }
     if (!index_) buildIndex();
     const auto found = index_->byName.find(name);
     return found == index_->byName.end() ? nullptr : found->second;
   }
 
-  Node& append(std::unique_ptr<Node> node) {
-    constexpr std::size_t kUsual = 4;  // nodes; most lists get more than two
-    if (nodes_.empty()) nodes_.reserve(kUsual);
-    nodes_.push_back(std::move(node));
-    Node* added = nodes_.back().get();
-    if (index_) index_->byName.try_emplace(added->name(), added);
-    return *added;
+  // Says that so many nodes are likely to come: an empty list then takes no more room than they.
+  void expect(std::size_t count) {
+    if (blocks_.empty() && count > 0) blocks_.emplace_back().reserve(count);
+  }
+
+  // Makes a node of what its constructor takes.
+  template <typename... Arguments>
+  Node& append(Arguments&&... arguments) {
+    constexpr std::size_t kRoom = 128;  // bytes; most lists are short
+    if (blocks_.empty() || blocks_.back().size() == blocks_.back().capacity()) {
+      blocks_.emplace_back().reserve(std::max(kRoom / sizeof(Node), size_ + 1));
+    }
+    Node& added = blocks_.back().emplace_back(std::forward<Arguments>(arguments)...);
+    ++size_;
+    if (index_) index_->byName.try_emplace(added.name(), &added);
+    return added;
   }
 
   // Puts the nodes into the given order: order[i] is the present position of the node that comes to
-  // stand at position i. It must hold every position once.
+  // stand at position i. It must hold every position once. Pointers to nodes are void then.
   void reorder(const std::vector<std::size_t>& order) {
-    std::vector<std::unique_ptr<Node>> sorted;
+    std::vector<Node> sorted;
     sorted.reserve(order.size());
-    for (const std::size_t from : order) sorted.push_back(std::move(nodes_[from]));
-    nodes_ = std::move(sorted);
-    index_.reset();  // another node may now be the first of its name
+    for (const std::size_t from : order) sorted.push_back(std::move(*at(from)));
+    blocks_.clear();
+    if (!sorted.empty()) blocks_.push_back(std::move(sorted));
+    index_.reset();
   }
 
   // The smallest n from 1 for which no node is named `prefix` followed by n in decimal. Nodes are
   // never removed, so the search goes on where the last one with this prefix ended.
   unsigned nextFreeIndex(const std::string& prefix) const {
-    if (nodes_.size() >= kIndexFrom && !index_) buildIndex();
+    if (size_ >= kIndexFrom && !index_) buildIndex();
     unsigned first = 1;
     unsigned& n = index_ ? index_->nextFree.try_emplace(prefix, 1U).first->second : first;
     while (find(prefix + std::to_string(n)) != nullptr) ++n;
     return n;
   }
 
-  auto begin() const { return nodes_.begin(); }
-  auto end() const { return nodes_.end(); }
+  Iterator begin() const { return {*this, 0}; }
+  Iterator end() const { return {*this, size_ == 0 ? 0 : blocks_.size()}; }
 
  private:
   static constexpr std::size_t kIndexFrom = 24;
@@ -79,10 +119,14 @@ class NamedList {
 
   void buildIndex() const {
     index_ = std::make_unique<Index>();
-    index_->byName.reserve(2 * nodes_.size());
-    for (const auto& node : nodes_) index_->byName.try_emplace(node->name(), node.get());
+    index_->byName.reserve(2 * size_);
+    for (Node* node : *this) index_->byName.try_emplace(node->name(), node);
   }
 
-  std::vector<std::unique_ptr<Node>> nodes_;
+  // None grows beyond what it reserved, and only the first can be empty. Each is longer than all
+  // before it together, so that few nodes cost an allocation of their own. Mutable, since the nodes
+  // of a constant list are not constant.
+  mutable std::vector<std::vector<Node>> blocks_;
+  std::size_t size_ = 0;
   mutable std::unique_ptr<Index> index_;
 };

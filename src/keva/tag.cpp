@@ -24,9 +24,9 @@ TagProperty* TagProperties::find(std::string_view key) const {
   return found == list_->end() ? nullptr : &*found;
 }
 
-TagAttribute::TagAttribute(std::string_view name, TagValue value, const char* propKey,
+TagAttribute::TagAttribute(SharedText name, TagValue&& value, const char* propKey,
                            const char* propValue)
-    : value_(std::move(value)), name_(name) {
+    : value_(std::move(value)), name_(std::move(name)) {
   if (propKey != nullptr) addProperty(propKey, propValue == nullptr ? "" : propValue);
 }
 
@@ -47,11 +47,15 @@ const std::string* TagAttribute::findProperty(std::string_view key) const {
   return found == nullptr ? nullptr : &found->value;
 }
 
-Tag::Tag(std::string_view name) : name_(name) {}
+Tag::Tag(std::string_view name) : Tag(SharedText(name)) {}
+
+Tag::Tag(SharedText name) : name_(std::move(name)) {}
 
 Tag::Tag(Kind kind, std::string_view firstChildName) : kind_(kind) {
-  children_.append(std::make_unique<Tag>(firstChildName));
+  children_.append(firstChildName);
 }
+
+Tag::Tag(Tag&&) noexcept = default;
 
 Tag::~Tag() = default;
 
@@ -63,13 +67,11 @@ void Tag::copyFrom(const Tag& other) {
   properties_ = other.properties_;
   NamedList<TagAttribute> attributes;
   for (const auto& attribute : other.attributes_) {
-    attributes.append(std::make_unique<TagAttribute>(*attribute));
+    attributes.append(*attribute);
   }
   NamedList<Tag> children;
   for (const auto& child : other.children_) {
-    auto copy = std::make_unique<Tag>();
-    copy->copyFrom(*child);
-    children.append(std::move(copy));
+    children.append().copyFrom(*child);
   }
   attributes_ = std::move(attributes);
   children_ = std::move(children);  // the last: `other` may be one of the old ones
@@ -90,7 +92,13 @@ Tag* Tag::findChild(std::string_view name) const {
 Tag* Tag::child(std::string_view name) {
   if (Tag* found = children_.find(name)) return found;
   becomeBranch();
-  return &children_.append(std::make_unique<Tag>(name));
+  return &children_.append(name);
+}
+
+Tag* Tag::child(const SharedText& name) {
+  if (Tag* found = children_.find(name)) return found;
+  becomeBranch();
+  return &children_.append(name);
 }
 
 Tag* Tag::setChild(std::string_view name, TagValue value) {
@@ -99,7 +107,13 @@ Tag* Tag::setChild(std::string_view name, TagValue value) {
   return found;
 }
 
-void Tag::addChild(std::unique_ptr<Tag> child) {
+Tag* Tag::setChild(const SharedText& name, TagValue value) {
+  Tag* found = child(name);
+  found->setValue(std::move(value));
+  return found;
+}
+
+void Tag::addChild(Tag child) {
   children_.append(std::move(child));
   kind_ = Kind::Branch;
 }
@@ -118,8 +132,15 @@ TagAttribute* Tag::setAttribute(std::string_view name, TagValue value, const cha
     found->value() = std::move(value);
     return found;
   }
-  return &attributes_.append(
-      std::make_unique<TagAttribute>(name, std::move(value), propKey, propValue));
+  return &attributes_.append(SharedText(name), std::move(value), propKey, propValue);
+}
+
+TagAttribute* Tag::setAttribute(const SharedText& name, TagValue&& value) {
+  if (TagAttribute* found = attributes_.find(name)) {
+    found->value() = std::move(value);
+    return found;
+  }
+  return &attributes_.append(name, std::move(value), nullptr, nullptr);
 }
 
 TagAttribute* Tag::attributeAt(std::size_t index) const {

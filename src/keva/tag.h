@@ -33,6 +33,7 @@ class TagProperties {
  public:
   TagProperties() = default;
   TagProperties(const TagProperties& other) { *this = other; }
+  TagProperties(TagProperties&&) = default;
   TagProperties& operator=(const TagProperties& other);
   ~TagProperties() = default;
 
@@ -49,13 +50,14 @@ class TagAttribute {
  public:
   TagAttribute() = default;
   TagAttribute(const TagAttribute&) = default;
+  TagAttribute(TagAttribute&&) = default;
   TagAttribute& operator=(const TagAttribute&) = delete;  // a list finds it by its name
   ~TagAttribute() = default;
 
   // With one property (propKey, propValue) when `propKey` is not null; a null `propValue` is "".
-  TagAttribute(std::string_view name, TagValue value, const char* propKey, const char* propValue);
+  TagAttribute(SharedText name, TagValue&& value, const char* propKey, const char* propValue);
 
-  const std::string& name() const { return name_; }
+  const SharedText& name() const { return name_; }
 
   const TagValue& value() const { return value_; }
   TagValue& value() { return value_; }
@@ -74,7 +76,7 @@ class TagAttribute {
  private:
   TagProperties properties_;
   TagValue value_;
-  std::string name_;
+  SharedText name_;
 };
 
 class Tag {
@@ -85,10 +87,12 @@ class Tag {
     Branch,  // a tag that got a child or was passed through on the way to one; stays one
   };
 
-  Tag() = default;                                  // nameless leaf
-  explicit Tag(std::string_view name);              // leaf
+  Tag() = default;                      // nameless leaf
+  explicit Tag(std::string_view name);  // leaf
+  explicit Tag(SharedText name);
   Tag(Kind kind, std::string_view firstChildName);  // nameless, with one leaf of that name
-  Tag(const Tag&) = delete;                         // copyFrom says what a copy costs
+  Tag(Tag&&) noexcept;
+  Tag(const Tag&) = delete;  // copyFrom says what a copy costs
   Tag& operator=(const Tag&) = delete;
   ~Tag();
 
@@ -97,7 +101,7 @@ class Tag {
   void copyFrom(const Tag& other);
 
   Kind kind() const { return kind_; }
-  const std::string& name() const { return name_; }
+  const SharedText& name() const { return name_; }
 
   // The tag's own value; null until it is first set.
   const TagValue* value() const { return value_.get(); }
@@ -105,11 +109,13 @@ class Tag {
 
   // --- children, in the order they were added
 
-  Tag* findChild(std::string_view name) const;           // the first of that name
-  Tag* child(std::string_view name);                     // finds it or appends a leaf
-  Tag* setChild(std::string_view name, TagValue value);  // the same, then its setValue
-  void addChild(std::unique_ptr<Tag> child);  // appends without looking at names; makes a branch
-  Tag* childAt(std::size_t index) const;      // null from childCount() on
+  Tag* findChild(std::string_view name) const;            // the first of that name
+  Tag* child(std::string_view name);                      // finds it or appends a leaf
+  Tag* child(const SharedText& name);                     // the same, sharing the name
+  Tag* setChild(std::string_view name, TagValue value);   // the same, then its setValue
+  Tag* setChild(const SharedText& name, TagValue value);  // the same, sharing the name
+  void addChild(Tag child);               // appends without looking at names; makes a branch
+  Tag* childAt(std::size_t index) const;  // null from childCount() on
   std::size_t childCount() const { return children_.size(); }
   const NamedList<Tag>& children() const { return children_; }
 
@@ -129,6 +135,11 @@ class Tag {
   // its properties alone; or appends it, with the property when `propKey` is not null.
   TagAttribute* setAttribute(std::string_view name, TagValue value, const char* propKey = nullptr,
                              const char* propValue = nullptr);
+  TagAttribute* setAttribute(const SharedText& name, TagValue&& value);  // shares the name
+
+  // Says how many attributes are likely to come, at most, so that they take no more room than they
+  // need.
+  void expectAttributes(std::size_t count) { attributes_.expect(count); }
 
   TagAttribute* attributeAt(std::size_t index) const;  // null from attributeCount() on
   std::size_t attributeCount() const { return attributes_.size(); }
@@ -190,6 +201,6 @@ class Tag {
   NamedList<Tag> children_;
   NamedList<TagAttribute> attributes_;
   TagProperties properties_;
-  std::string name_;
+  SharedText name_;
   std::unique_ptr<TagValue> value_;
 };

@@ -68,7 +68,8 @@ class TextWriter {
     write("=");
     if (tag.value() != nullptr) writeValue(*tag.value());
     write("\n");
-    if (lead == "+" && tag.propertyCount() > 0) printError("tag >>%s<< :\n", tag.name().c_str());
+    if (lead == "+" && tag.propertyCount() > 0)
+      printError("tag >>%s<< :\n", std::string(tag.name()).c_str());
     writeProperties(tag.properties());
     for (const auto& attribute : tag.attributes()) {
       write(attribute->name());

@@ -14,20 +14,28 @@ void cutAndReplaceLineEnds(std::string& text) {
   }
 }
 
-void trimBlanks(std::string& text) {
+void trimBlanks(SharedText& text) {
   if (text.size() < 2 || (text.front() != ' ' && text.back() != ' ')) return;
-  text.erase(0, text.find_first_not_of(' '));
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   if (text.size() < 2) return;
-  text.resize(text.find_last_not_of(' ') + 1);
+  text.remove_suffix(text.size() - (text.find_last_not_of(' ') + 1));
 }
 
 }  // namespace
 
-std::string normalizedText(std::string text) {
-  text.resize(std::min(text.size(), text.find('\0')));
-  cutAndReplaceLineEnds(text);
+SharedText normalizedText(SharedText text) {
+  text.remove_suffix(text.size() - std::min(text.size(), text.find('\0')));
+  if (text.find('\n') != SharedText::npos) {
+    std::string changed = text;
+    cutAndReplaceLineEnds(changed);
+    text = SharedText(std::move(changed));
+  }
   trimBlanks(text);
   return text;
+}
+
+SharedText normalizedText(std::string text) {
+  return normalizedText(SharedText(std::move(text)));
 }
 
 TagValue::TagValue(const char* text) {
@@ -45,5 +53,5 @@ TagValue& TagValue::operator=(TagValue&& other) noexcept {
 }
 
 void TagValue::setText(std::string_view text) {
-  value_ = normalizedText(std::string(text));
+  value_ = normalizedText(SharedText(text));
 }

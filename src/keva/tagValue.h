@@ -6,9 +6,12 @@
 #include <utility>
 #include <variant>
 
+#include "base/sharedText.h"
+
 // `text` in the normal form of TagValue::setText. Names of tags and attributes that come from
 // outside go through it as well.
-std::string normalizedText(std::string text);
+SharedText normalizedText(SharedText text);
+SharedText normalizedText(std::string text);
 
 // The typed scalar of the tag tree.
 class TagValue {
@@ -22,6 +25,7 @@ class TagValue {
   explicit TagValue(const char* text);  // null gives the empty text, not "none"
   explicit TagValue(std::string_view text) { setText(text); }
   explicit TagValue(std::string text) : value_(normalizedText(std::move(text))) {}
+  explicit TagValue(SharedText text) : value_(normalizedText(std::move(text))) {}
 
   TagValue(const TagValue&) = default;
   TagValue(TagValue&&) = default;
@@ -51,8 +55,8 @@ class TagValue {
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   const std::int64_t* integer() const { return std::get_if<std::int64_t>(&value_); }
   const double* number() const { return std::get_if<double>(&value_); }
-  const std::string* text() const { return std::get_if<std::string>(&value_); }
+  const SharedText* text() const { return std::get_if<SharedText>(&value_); }
 
  private:
-  std::variant<std::monostate, bool, std::int64_t, double, std::string> value_;
+  std::variant<std::monostate, bool, std::int64_t, double, SharedText> value_;
 };

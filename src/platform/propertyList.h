@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "base/sharedText.h"
+
 namespace platform {
 
 // The CFNumberType constants: how the platform holds a number. They decide how it is stored.
@@ -34,7 +36,8 @@ constexpr bool isReal(NumberType type) {
          type == NumberType::Double || type == NumberType::CGFloat;
 }
 
-// A value of a property list with everything below it, owned.
+// A value of a property list with everything below it, owned; texts may share their bytes with the
+// document.
 class PropertyList {
  public:
   struct Number {
@@ -49,10 +52,11 @@ class PropertyList {
   using Array = std::vector<PropertyList>;
   // In the order of the document; on a Mac, whose parser does not keep it, in that of the keys'
   // bytes, nearly the one in which the platform prints its lists. No key stands twice.
-  using Dictionary = std::vector<std::pair<std::string, PropertyList>>;
+  using Dictionary = std::vector<std::pair<SharedText, PropertyList>>;
 
-  PropertyList(std::string text) : value_(std::move(text)) {}
-  PropertyList(const char* text) : value_(std::string(text)) {}
+  PropertyList(SharedText text) : value_(std::move(text)) {}
+  PropertyList(std::string text) : value_(SharedText(std::move(text))) {}
+  PropertyList(const char* text) : value_(SharedText(text)) {}
   PropertyList(bool boolean) : value_(boolean) {}
   PropertyList(Number number) : value_(number) {}
   PropertyList(Date date) : value_(date) {}
@@ -61,7 +65,7 @@ class PropertyList {
   PropertyList(Dictionary dictionary) : value_(std::move(dictionary)) {}
 
   // The content, or null when the value is of another kind. Texts are UTF-8.
-  const std::string* text() const { return std::get_if<std::string>(&value_); }
+  const SharedText* text() const { return std::get_if<SharedText>(&value_); }
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   const Number* number() const { return std::get_if<Number>(&value_); }
   const Date* date() const { return std::get_if<Date>(&value_); }
@@ -69,7 +73,7 @@ class PropertyList {
   const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value_); }
 
   // The same, to be moved from.
-  std::string* text() { return std::get_if<std::string>(&value_); }
+  SharedText* text() { return std::get_if<SharedText>(&value_); }
   Array* array() { return std::get_if<Array>(&value_); }
   Dictionary* dictionary() { return std::get_if<Dictionary>(&value_); }
 
@@ -80,7 +84,7 @@ class PropertyList {
   const PropertyList* at(std::size_t index) const;
 
  private:
-  std::variant<std::string, bool, Number, Date, Data, Array, Dictionary> value_;
+  std::variant<SharedText, bool, Number, Date, Data, Array, Dictionary> value_;
 };
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 #include "postprocess/applications.h"
 
+#include <iterator>
 #include <utility>
 
 #include "postprocess/mapping.h"
@@ -10,7 +11,8 @@ namespace {
 // The calendar day of a converted date, "yyyyMMdd".
 TagValue day(const TagValue& source, const char*) {
   constexpr std::size_t kDay = 8;
-  return TagValue(textOf(source).substr(0, kDay));
+  const SharedText& text = textOf(source);
+  return TagValue(text.part(text.substr(0, kDay)));
 }
 
 constexpr Row kApplication[] = {
@@ -21,9 +23,10 @@ constexpr Row kApplication[] = {
     {"info",                {"info"},                copied      },
 };
 
-std::string tagName(const Item& application) {
-  std::string name = "Soft:" + application.text("_name");
-  if (application.has("version")) name += " " + application.text("version");
+SharedText tagName(const Item& application) {
+  std::string name = "Soft:";
+  name += application.text("_name");
+  if (application.has("version")) name.append(" ").append(application.text("version"));
   return normalizedText(std::move(name));
 }
 
@@ -35,6 +38,7 @@ void PostProcessApplications(kevaDoc& snapshot, const kevaDoc& raw) {
   Tag& software = branch(snapshot, {"Software"});
   for (const Item& application : applications) {
     Tag& tag = *software.setChild(tagName(application), TagValue(application.text("_name")));
+    tag.expectAttributes(std::size(kApplication) + 2);
     write(kApplication, application, tag);
     if (!application.has("has64BitIntelCode")) {
       tag.setAttribute("64bit-app", TagValue("1"), "type", "unknown");

@@ -51,7 +51,8 @@ void writePower(kevaDoc& snapshot, const Item& information) {
   Entries profiles(snapshot, {"System", "PowerManagement"}, "Profile:");
   for (const auto& tag : information.tag().children()) {
     const Item profile(*tag);
-    Tag& entry = profiles.add(TagValue(tag->name() == "AC_Power" ? "AC Power" : tag->name()));
+    Tag& entry =
+        profiles.add(tag->name() == "AC_Power" ? TagValue("AC Power") : TagValue(tag->name()));
     write(kPower, profile, entry);
     // Also without a profile: the last one that has a setting decides.
     write(kPower, profile, branch(snapshot, {"System", "PowerManagement"}));

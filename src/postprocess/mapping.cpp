@@ -15,10 +15,14 @@ std::vector<Item> childrenOf(const Tag* list) {
   return result;
 }
 
+TagValue yesOrNo(bool yes) {
+  return TagValue(SharedText::lasting(yes ? "1" : "0"));
+}
+
 }  // namespace
 
-const std::string& textOf(const TagValue& value) {
-  static const std::string kEmpty;
+const SharedText& textOf(const TagValue& value) {
+  static const SharedText kEmpty;
   return value.text() == nullptr ? kEmpty : *value.text();
 }
 
@@ -28,7 +32,7 @@ const TagValue& Item::value(std::string_view key) const {
   return attribute == nullptr ? kNone : std::as_const(*attribute).value();
 }
 
-const std::string& Item::text(std::string_view key) const {
+const SharedText& Item::text(std::string_view key) const {
   return textOf(value(key));
 }
 
@@ -54,7 +58,8 @@ void write(std::span<const Row> rows, const Item& item, Tag& target) {
     }
     if (source == nullptr && !row.convert.absentToo) continue;
     const TagValue& value = source == nullptr ? TagValue() : source->value();
-    target.setAttribute(row.attribute, row.convert.apply(value, row.convert.word));
+    target.setAttribute(SharedText::lasting(row.attribute),
+                        row.convert.apply(value, row.convert.word));
   }
 }
 
@@ -63,7 +68,8 @@ void write(std::span<const Row> rows, std::string_view key, const TagValue& valu
     if (std::ranges::none_of(row.keys, [key](const char* k) { return k != nullptr && k == key; })) {
       continue;
     }
-    target.setAttribute(row.attribute, row.convert.apply(value, row.convert.word));
+    target.setAttribute(SharedText::lasting(row.attribute),
+                        row.convert.apply(value, row.convert.word));
   }
 }
 
@@ -83,11 +89,11 @@ TagValue copy(const TagValue& source, const char*) {
 }
 
 TagValue compare(const TagValue& source, const char* word) {
-  return TagValue(textOf(source) == word ? "1" : "0");
+  return yesOrNo(textOf(source) == word);
 }
 
 TagValue compareNot(const TagValue& source, const char* word) {
-  return TagValue(textOf(source) == word ? "0" : "1");
+  return yesOrNo(textOf(source) != word);
 }
 
 TagValue firstWord(const TagValue& source, const char*) {

@@ -12,7 +12,7 @@
 // What all steps share: reading the raw tree, writing the snapshot, and the tables between them.
 
 // The text of a value; "" when it is no text.
-const std::string& textOf(const TagValue& value);
+const SharedText& textOf(const TagValue& value);
 
 // A reported item of the raw tree: a tag whose attributes are the profiler's keys. It is a view,
 // and must not outlive the document.
@@ -26,7 +26,7 @@ class Item {
   const TagValue& value(std::string_view key) const;
 
   // The text of a key; "" when the item lacks it or its value is no text.
-  const std::string& text(std::string_view key) const;
+  const SharedText& text(std::string_view key) const;
 
   // The integer of a key; 0 when the item lacks it or its value is no integer.
   std::int64_t integer(std::string_view key) const;
@@ -73,6 +73,7 @@ struct Conversion {
   bool absentToo = false;      // an absent key is converted too, as a value of kind None
 };
 
+// Its texts are part of the program.
 struct Row {
   const char* attribute = nullptr;
   const char* keys[4] = {};  // the first one that the item has; the others are null

@@ -63,7 +63,7 @@ TEST(PlistToTags, StoresNumbersByTheirType) {
   constexpr const char* kWide = "6442483841";
   constexpr const char* kReal = "0.50";
   PropertyList::Dictionary dataType = {
-      {"_dataType", "SPx"}
+      {SharedText("_dataType"), "SPx"}
   };
   PropertyList::Array list;
   std::string top;
@@ -74,12 +74,12 @@ TEST(PlistToTags, StoresNumbersByTheirType) {
     const auto type = static_cast<NumberType>(list.size() + 1);
     const std::string number = std::to_string(list.size());
     list.emplace_back(PropertyList::Number{type, kLarge, 0.5});
-    dataType.emplace_back("top" + number, list.back());
+    dataType.emplace_back(SharedText("top" + number), list.back());
     if (type == NumberType::CGFloat) continue;
     top += "top" + number + "=" + text + "\n";
     below += "item" + number + "=" + text + "\n";
   }
-  dataType.emplace_back("list", list);
+  dataType.emplace_back(SharedText("list"), list);
   FakeHost host;
   kevaDoc document(true, "Macintosh");
   convertProfile(host, PropertyList(PropertyList::Array{dataType}), document);
@@ -95,9 +95,9 @@ TEST(PlistToTags, WritesSinglePartsAtTheirPath) {
   FakeHost host;
   kevaDoc document(true, "Top");
   const PropertyList::Dictionary rules = {
-      {"A b", "on" },
-      {"B",   true },
-      {"C",   "off"}
+      {SharedText("A b"), "on" },
+      {SharedText("B"),   true },
+      {SharedText("C"),   "off"}
   };
   convertDictionary(host, rules, "", document);
   convertArray(host, {"x", rules}, "/list", document);
@@ -118,7 +118,7 @@ TEST(PlistToTags, FollowsTheDeepestNesting) {
 }
 
 TEST(PlistToTags, SanitizesKeys) {
-  EXPECT_EQ(sanitizeKey("Read/Write, it's a_b.c-d"), "Read_Write__it_s_a_b.c-d");
-  EXPECT_EQ(sanitizeKey("‘a’ ‛b “c” ´"), "_a___b_“c”_´");
-  EXPECT_EQ(sanitizeKey(std::string_view("a\0b", 3)), "a");
+  EXPECT_EQ(sanitizeKey(SharedText("Read/Write, it's a_b.c-d")), "Read_Write__it_s_a_b.c-d");
+  EXPECT_EQ(sanitizeKey(SharedText("‘a’ ‛b “c” ´")), "_a___b_“c”_´");
+  EXPECT_EQ(sanitizeKey(SharedText(std::string_view("a\0b", 3))), "a");
 }

@@ -10,12 +10,12 @@ TEST(NamedList, FindsTheFirstOfEqualNamesAlsoInANewOrder) {
   for (const std::size_t length : {2U, 22U, 24U, 600U}) {  // look-ups are indexed from 24 on
     Tag parent("parent");
     for (std::size_t i = 0; i < length; ++i) {
-      parent.addChild(std::make_unique<Tag>(std::to_string(i / 2)));
+      parent.addChild(Tag(std::to_string(i / 2)));
     }
     for (std::size_t i = 0; i < length; i += 2) {
       EXPECT_EQ(parent.findChild(std::to_string(i / 2)), parent.childAt(i));
     }
-    parent.addChild(std::make_unique<Tag>("0"));  // must not hide the first one
+    parent.addChild(Tag("0"));  // must not hide the first one
     EXPECT_EQ(parent.findChild("0"), parent.childAt(0));
     std::vector<std::size_t> order(length + 1);
     std::iota(order.rbegin(), order.rend(), 0U);

@@ -12,7 +12,8 @@ std::string namesIn(const Profile& profile, std::string_view dataType) {
   std::string names;
   profile.forEach(dataType, [&](const platform::PropertyList& item) {
     const platform::PropertyList* name = item.find("_name");
-    names += (names.empty() ? "" : " ") + (name == nullptr ? "-" : *name->text());
+    if (!names.empty()) names += " ";
+    names += name == nullptr ? "-" : std::string(*name->text());
   });
   return names;
 }

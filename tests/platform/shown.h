@@ -9,7 +9,7 @@
 // A value on one line: "text", true, <number type>:<number>, @<seconds>, data, [ a b ] and
 // { key=a }, dictionaries by key: hosts differ in their order.
 inline std::string shown(const platform::PropertyList& value) {
-  if (value.text() != nullptr) return '"' + *value.text() + '"';
+  if (value.text() != nullptr) return '"' + std::string(*value.text()) + '"';
   if (value.boolean() != nullptr) return *value.boolean() ? "true" : "false";
   if (value.date() != nullptr) return "@" + std::to_string(std::int64_t(value.date()->seconds));
   if (const auto* number = value.number()) {

@@ -26,9 +26,10 @@ TEST(CoreStorage, MatchesByThePhysicalDriveElseByTheFirstPhysicalVolume) {
   const CoreStorage storage(raw);
   for (const auto& [volume, model, found] : cases) {
     const CoreStorage::Match* match = storage.find(volume, model);
-    EXPECT_EQ(
-        match == nullptr ? "nothing" : match->volume.text("id") + (match->logical ? " 1" : " 0"),
-        found)
+    EXPECT_EQ(match == nullptr
+                  ? "nothing"
+                  : std::string(match->volume.text("id")) + (match->logical ? " 1" : " 0"),
+              found)
         << volume << ", " << model;
   }
 }

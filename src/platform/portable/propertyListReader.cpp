@@ -1,7 +1,6 @@
 #include "platform/portable/propertyListReader.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdlib>
 #include <iterator>
@@ -20,20 +19,90 @@ namespace {
 
 using Value = std::optional<PropertyList>;  // nothing: the document is refused
 
-bool isBlank(const char* text) {
-  while (std::isspace(static_cast<unsigned char>(*text))) ++text;
-  return *text == '\0';
+bool isBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
 }
 
-// The element's text, CDATA included; nothing when anything else stands in it, a comment too.
-std::optional<std::string> textOf(const pugi::xml_node& element) {
-  std::string text = element.value();  // what stands before the first node within
-  for (const pugi::xml_node& part : element) {
-    if (part.type() != pugi::node_pcdata && part.type() != pugi::node_cdata) return std::nullopt;
-    text += part.value();
-  }
-  return text;
+// Decimal or hexadecimal ("0x"), with a sign, blanks before it but nothing behind. From 2^63 to
+// 2^64 - 1 it wraps, as the platform's does when it is read.
+Value readInteger(std::string_view text) {
+  while (!text.empty() && isBlank(text.substr(0, 1))) text.remove_prefix(1);
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+  if (hexadecimal) text.remove_prefix(2);
+  const char* end = text.data() + text.size();
+  std::uint64_t magnitude = 0;
+  const auto [last, error] = std::from_chars(text.data(), end, magnitude, hexadecimal ? 16 : 10);
+  if (error != std::errc() || last != end) return std::nullopt;
+  if (negative && magnitude > std::uint64_t{1} << 63) return std::nullopt;
+  const auto integer = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+  const NumberType type = integer == 0 ? NumberType::SInt32 : NumberType::SInt64;
+  return PropertyList(PropertyList::Number{type, integer});
 }
+
+Value readReal(const std::string& text) {
+  char* last = nullptr;
+  const double real = std::strtod(text.c_str(), &last);
+  if (text.empty() || last != text.c_str() + text.size()) return std::nullopt;
+  return PropertyList(PropertyList::Number{NumberType::Float64, 0, real});
+}
+
+Value readDate(std::string_view text) {
+  constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
+  if (text.size() != kShape.size()) return std::nullopt;
+  int fields[6] = {};
+  int* field = fields;
+  for (std::size_t i = 0; i < kShape.size(); ++i) {
+    const char c = text[i];
+    if (kShape[i] == '0' ? c < '0' || c > '9' : c != kShape[i]) return std::nullopt;
+    if (kShape[i] != '0') {
+      ++field;
+    } else {
+      *field = *field * 10 + (c - '0');
+    }
+  }
+  const auto [year, month, day, hour, minute, second] = fields;
+  return PropertyList(
+      PropertyList::Date{secondsSince2001({year, month, day, hour, minute, second})});
+}
+
+// Collects a dictionary's entries: of equal keys the last value, in the place of the first.
+class DictionaryBuilder {
+ public:
+  explicit DictionaryBuilder(std::size_t entries) { entries_.reserve(entries); }
+
+  void put(SharedText&& key, PropertyList&& value) {
+    const std::size_t place = placeOf(key);
+    if (place < entries_.size()) {
+      entries_[place].second = std::move(value);
+      return;
+    }
+    entries_.emplace_back(std::move(key), std::move(value));
+    if (!places_.empty()) places_.emplace(entries_.back().first, place);
+  }
+
+  PropertyList::Dictionary take() { return std::move(entries_); }
+
+ private:
+  static constexpr std::size_t kSearched = 16;  // up to so many keys a walk is faster than a map
+
+  std::size_t placeOf(std::string_view key) {
+    if (entries_.size() <= kSearched) {
+      const auto found =
+          std::ranges::find(entries_, key, &PropertyList::Dictionary::value_type::first);
+      return static_cast<std::size_t>(found - entries_.begin());
+    }
+    if (places_.empty()) {
+      for (std::size_t i = 0; i < entries_.size(); ++i) places_.emplace(entries_[i].first, i);
+    }
+    const auto found = places_.find(key);
+    return found == places_.end() ? entries_.size() : found->second;
+  }
+
+  PropertyList::Dictionary entries_;
+  std::unordered_map<std::string_view, std::size_t> places_;  // keys are those of the entries
+};
 
 // The elements within a container, passed to `take` one by one; false when there is a text between
 // them or `take` refuses one.
@@ -58,143 +127,82 @@ bool forEachElement(const pugi::xml_node& container, const Take& take) {
   return true;
 }
 
-// Decimal or hexadecimal ("0x"), with a sign, blanks before it but nothing behind. From 2^63 to
-// 2^64 - 1 it wraps, as the platform's does when it is read.
-Value readInteger(const std::string& text) {
-  const char* start = text.c_str();
-  while (std::isspace(static_cast<unsigned char>(*start))) ++start;
-  const bool negative = *start == '-';
-  if (*start == '-' || *start == '+') ++start;
-  const bool hexadecimal = start[0] == '0' && (start[1] == 'x' || start[1] == 'X');
-  if (hexadecimal) start += 2;
-  const char* end = text.c_str() + text.size();
-  std::uint64_t magnitude = 0;
-  const auto [last, error] = std::from_chars(start, end, magnitude, hexadecimal ? 16 : 10);
-  if (error != std::errc() || last != end) return std::nullopt;
-  if (negative && magnitude > std::uint64_t{1} << 63) return std::nullopt;
-  const auto integer = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
-  const NumberType type = integer == 0 ? NumberType::SInt32 : NumberType::SInt64;
-  return PropertyList(PropertyList::Number{type, integer});
-}
-
-Value readReal(const std::string& text) {
-  char* last = nullptr;
-  const double real = std::strtod(text.c_str(), &last);
-  if (text.empty() || last != text.c_str() + text.size()) return std::nullopt;
-  return PropertyList(PropertyList::Number{NumberType::Float64, 0, real});
-}
-
-Value readDate(const std::string& text) {
-  constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
-  if (text.size() != kShape.size()) return std::nullopt;
-  int fields[6] = {};
-  int* field = fields;
-  for (std::size_t i = 0; i < kShape.size(); ++i) {
-    const char c = text[i];
-    if (kShape[i] == '0' ? c < '0' || c > '9' : c != kShape[i]) return std::nullopt;
-    if (kShape[i] != '0') {
-      ++field;
-    } else {
-      *field = *field * 10 + (c - '0');
-    }
-  }
-  const auto [year, month, day, hour, minute, second] = fields;
-  return PropertyList(
-      PropertyList::Date{secondsSince2001({year, month, day, hour, minute, second})});
-}
-
-// Collects a dictionary's entries: of equal keys the last value, in the place of the first.
-class DictionaryBuilder {
+// Makes values of elements. Their texts share the bytes of the document, in which the parser left
+// them.
+class Reader {
  public:
-  DictionaryBuilder() { entries_.reserve(kSearched); }
+  explicit Reader(SharedText document) : document_(std::move(document)) {}
 
-  void put(std::string key, PropertyList value) {
-    const std::size_t place = placeOf(key);
-    if (place < entries_.size()) {
-      entries_[place].second = std::move(value);
-      return;
+  // `depth`: how many arrays and dictionaries the element stands in.
+  Value read(const pugi::xml_node& element, int depth) const {
+    const std::string_view name = element.name();
+    if (name == "string") {
+      std::optional<SharedText> text = textOf(element);
+      return text ? Value(std::move(*text)) : std::nullopt;
     }
-    if (!places_.empty()) places_.emplace(key, place);
-    entries_.emplace_back(std::move(key), std::move(value));
-  }
-
-  // As large as it must be: most of a document is small dictionaries.
-  PropertyList::Dictionary take() {
-    return {std::make_move_iterator(entries_.begin()), std::make_move_iterator(entries_.end())};
+    if (name == "dict" || name == "array") {
+      if (depth == Host::kMaxNesting) return std::nullopt;
+      return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
+    }
+    if (name == "true" || name == "false") {
+      if (element.first_child() || *element.value() != '\0') return std::nullopt;
+      return PropertyList(name == "true");
+    }
+    const std::optional<SharedText> text = textOf(element);
+    if (!text) return std::nullopt;
+    if (name == "integer") return readInteger(*text);
+    if (name == "real") return readReal(*text);
+    if (name == "date") return readDate(*text);
+    if (name == "data") return PropertyList(PropertyList::Data{});
+    return std::nullopt;
   }
 
  private:
-  static constexpr std::size_t kSearched = 16;  // up to so many keys a walk is faster than a map
-
-  std::size_t placeOf(const std::string& key) {
-    if (entries_.size() <= kSearched) {
-      const auto found =
-          std::ranges::find(entries_, key, &PropertyList::Dictionary::value_type::first);
-      return static_cast<std::size_t>(found - entries_.begin());
+  // The element's text, CDATA included; nothing when anything else stands in it, a comment too.
+  std::optional<SharedText> textOf(const pugi::xml_node& element) const {
+    if (!element.first_child()) return document_.part(element.value());
+    std::string text = element.value();  // what stands before the first node within
+    for (const pugi::xml_node& part : element) {
+      if (part.type() != pugi::node_pcdata && part.type() != pugi::node_cdata) return std::nullopt;
+      text += part.value();
     }
-    if (places_.empty()) {
-      for (std::size_t i = 0; i < entries_.size(); ++i) places_.emplace(entries_[i].first, i);
-    }
-    const auto found = places_.find(key);
-    return found == places_.end() ? entries_.size() : found->second;
+    return SharedText(std::move(text));
   }
 
-  PropertyList::Dictionary entries_;
-  std::unordered_map<std::string, std::size_t> places_;
+  Value readArray(pugi::xml_node element, int depth) const {
+    PropertyList::Array array;
+    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+      Value value = read(child, depth);
+      if (value) array.push_back(std::move(*value));
+      element.remove_child(child);
+      return value.has_value();
+    });
+    if (!valid) return std::nullopt;
+    return PropertyList(std::move(array));
+  }
+
+  Value readDictionary(const pugi::xml_node& element, int depth) const {
+    // As large as it must be: most of a document is small dictionaries.
+    const auto keysAndValues = std::distance(element.begin(), element.end());
+    DictionaryBuilder dictionary(static_cast<std::size_t>(keysAndValues) / 2);
+    std::optional<SharedText> key;
+    const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
+      if (!key) {
+        if (std::string_view(child.name()) == "key") key = textOf(child);
+        return key.has_value();
+      }
+      Value value = read(child, depth);
+      if (!value) return false;
+      dictionary.put(std::move(*key), std::move(*value));
+      key.reset();
+      return true;
+    });
+    if (!valid || key) return std::nullopt;
+    return PropertyList(dictionary.take());
+  }
+
+  SharedText document_;
 };
-
-Value readElement(const pugi::xml_node& element, int depth);
-
-Value readArray(pugi::xml_node element, int depth) {
-  PropertyList::Array array;
-  const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
-    Value value = readElement(child, depth);
-    if (value) array.push_back(std::move(*value));
-    element.remove_child(child);
-    return value.has_value();
-  });
-  if (!valid) return std::nullopt;
-  return PropertyList(std::move(array));
-}
-
-Value readDictionary(const pugi::xml_node& element, int depth) {
-  DictionaryBuilder dictionary;
-  std::optional<std::string> key;
-  const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
-    if (!key) {
-      if (std::string_view(child.name()) == "key") key = textOf(child);
-      return key.has_value();
-    }
-    Value value = readElement(child, depth);
-    if (!value) return false;
-    dictionary.put(std::move(*key), std::move(*value));
-    key.reset();
-    return true;
-  });
-  if (!valid || key) return std::nullopt;
-  return PropertyList(dictionary.take());
-}
-
-// `depth`: how many arrays and dictionaries the element stands in.
-Value readElement(const pugi::xml_node& element, int depth) {
-  const std::string_view name = element.name();
-  if (name == "dict" || name == "array") {
-    if (depth == Host::kMaxNesting) return std::nullopt;
-    return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
-  }
-  if (name == "true" || name == "false") {
-    if (element.first_child() || *element.value() != '\0') return std::nullopt;
-    return PropertyList(name == "true");
-  }
-  std::optional<std::string> text = textOf(element);
-  if (!text) return std::nullopt;
-  if (name == "string") return PropertyList(std::move(*text));
-  if (name == "integer") return readInteger(*text);
-  if (name == "real") return readReal(*text);
-  if (name == "date") return readDate(*text);
-  if (name == "data") return PropertyList(PropertyList::Data{});
-  return std::nullopt;
-}
 
 // The one value of the document, which stands in <plist> or alone.
 pugi::xml_node rootElement(const pugi::xml_document& tree) {
@@ -217,7 +225,7 @@ pugi::xml_node rootElement(const pugi::xml_document& tree) {
 
 std::optional<PropertyList> readPropertyList(std::string document) {
   const std::optional<XmlScan> xml = scanXml(document);
-  if (!xml) return std::nullopt;
+  if (!xml || xml->length == 0) return std::nullopt;
   // No normalisation of line ends: texts keep their bytes, as on the Mac. Comments are kept because
   // one within a text refuses the document, text outside the root because some before it does.
   // Texts are kept as values of their elements: a node for each would double the tree.
@@ -226,15 +234,16 @@ std::optional<PropertyList> readPropertyList(std::string document) {
   // Blanks count where they are a whole text, or a part of one beside CDATA.
   const unsigned blanks = xml->hasCdata ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
   document.resize(xml->length);
+  SharedText bytes(std::move(document));
   pugi::xml_document tree;  // its names and texts stay where they are in the document
   // The zero behind the document counts: the parser puts one over the last character.
-  if (!tree.load_buffer_inplace(document.data(), document.size() + 1, kFlags | blanks,
+  if (!tree.load_buffer_inplace(bytes.bytes(), bytes.size() + 1, kFlags | blanks,
                                 pugi::encoding_utf8)) {
     return std::nullopt;
   }
   const pugi::xml_node root = rootElement(tree);
   if (!root) return std::nullopt;
-  return readElement(root, 0);
+  return Reader(std::move(bytes)).read(root, 0);
 }
 
 }  // namespace platform

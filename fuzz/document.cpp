@@ -1,67 +1,90 @@
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
+#include "huxread/document.h"
 
+#include <cstddef>
+#include <vector>
+
+#include "fuzz/fuzzers.h"
 #include "huxread/check.h"
 #include "huxread/container.h"
-#include "huxread/document.h"
 #include "huxread/handmade.h"
 
-// Reads any bytes as the text form of a document, as far as it goes, and as the report of a file
-// that is checked. What is read as a document must be the whole text: it is put together again and
-// compared. fuzz/corpus/document holds the seeds; the tests run them through this same function.
-//
-//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc -Itests fuzz/document.cpp
-//       src/huxread/*.cpp src/base/formatString.cpp -lz -o document
-//   ./document -max_len=4096 NEW_FOLDER fuzz/corpus/document
+using huxread::Document;
 
 namespace {
 
-void append(std::span<const huxread::Property> properties, std::string& text) {
-  for (const auto& [key, value] : properties) (((text += '~') += key) += '=') += value;
+void write(std::span<const huxread::Property> properties, std::string& text) {
+  for (const auto& [key, value] : properties) ((((text += '~') += key) += '=') += value) += '\n';
 }
 
-// Without marks and line feeds, in which a branch without children and a leaf would differ.
-void append(const huxread::TagView& tag, std::string& text) {
-  ((text += tag.name()) += '=') += tag.value();
-  append(tag.properties(), text);
+// A branch without children reads as a leaf does, and is written as one.
+void write(const huxread::TagView& tag, std::string& text) {
+  const auto firstChild = tag.firstChild();
+  text += firstChild ? '+' : '*';
+  (((text += tag.name()) += '=') += tag.value()) += '\n';
+  write(tag.properties(), text);
   for (const huxread::Attribute& attribute : tag.attributes()) {
-    ((text += attribute.name) += '=') += attribute.value;
-    append(attribute.properties, text);
+    (((text += attribute.name) += '=') += attribute.value) += '\n';
+    write(attribute.properties, text);
   }
-  for (auto child = tag.firstChild(); child; child = child->nextSibling()) append(*child, text);
+  for (auto child = firstChild; child; child = child->nextSibling()) write(*child, text);
+  if (firstChild) text += "-\n";
 }
 
-std::string entriesOf(const huxread::Document& document) {
-  std::string text;
-  for (auto tag = document.top(); tag; tag = tag->nextSibling()) append(*tag, text);
+std::string textOf(const Document& document) {
+  std::string text(Document::kFirstLine);
+  for (auto tag = document.top(); tag; tag = tag->nextSibling()) write(*tag, text);
   return text;
 }
 
-std::string entriesOf(const std::string& text) {
-  std::string entries;
-  for (std::size_t at = text.find('\n') + 1; at < text.size(); at = text.find('\n', at) + 1) {
-    std::string line = text.substr(at, text.find('\n', at) - at);
-    if (line.starts_with('+') || line.starts_with('*')) line.erase(0, 1);
-    if (line != "-") entries += line;
+// The first lines of a text, up to the line of that number and not with it, 0 for all of them; as
+// `write` writes them: branches without children as leaves, and those that are still open ended.
+std::string linesBefore(std::size_t number, const std::string& text) {
+  struct Branch {
+    std::size_t at;
+    bool hasChildren;
+  };
+  std::string lines(Document::kFirstLine);
+  std::vector<Branch> open;
+  const auto end = [&] {
+    if (open.back().hasChildren)
+      lines += "-\n";
+    else
+      lines[open.back().at] = '*';
+    open.pop_back();
+  };
+  std::size_t begin = lines.size();
+  for (std::size_t line = 2; line != number && begin < text.size(); ++line) {
+    const std::size_t next = text.find('\n', begin) + 1;
+    const char mark = text[begin];
+    if (mark == '-') {
+      end();
+    } else {
+      if ((mark == '*' || mark == '+') && !open.empty()) open.back().hasChildren = true;
+      if (mark == '+') open.push_back({lines.size(), false});
+      lines += text.substr(begin, next - begin);
+    }
+    begin = next;
   }
-  return entries;
+  while (!open.empty()) end();
+  return lines;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+// Any bytes as the text form of a document, as far as it goes, and as the report of a file that is
+// checked. What was read, written again, is the text.
+bool fuzz::document(const std::string& input) {
+  const auto document = Document::parse(input);
   std::size_t line = 0;
-  const huxread::Document salvaged = huxread::Document::salvage(text, line);
-  const std::string entries = entriesOf(salvaged);
-  const auto document = huxread::Document::parse(text);
-  if (static_cast<bool>(document) != (line == 0)) std::abort();
-  if (document && entriesOf(*document) != entriesOf(text)) std::abort();
-  if (document && entriesOf(*document) != entries) std::abort();
-  const auto file = huxread::Container::parse(fileOfOne("customdata", zlibStream(text)));
-  if (!file) std::abort();
+  const Document salvaged = Document::salvage(input, line);
+  expect(static_cast<bool>(document) == (line == 0), "what is whole needs no salvaging");
+  if (document) expect(textOf(*document) == linesBefore(0, input), "every line was read");
+  const std::string text = textOf(salvaged);
+  if (line != 1) expect(text == linesBefore(line, input), "every line before was salvaged");
+  const auto again = Document::parse(text);
+  expect(again && textOf(*again) == text, "what was written can be read");
+  const auto file = huxread::Container::parse(fileOfOne("customdata", zlibStream(input)));
+  expect(static_cast<bool>(file), "a file of any text can be opened");
   (void)huxread::check(*file);
-  return 0;
+  return static_cast<bool>(document);
 }

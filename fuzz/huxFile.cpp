@@ -1,32 +1,26 @@
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 
+#include "fuzz/fuzzers.h"
 #include "huxread/check.h"
 #include "huxread/container.h"
 #include "huxread/salvage.h"
 
-// Opens any bytes as a snapshot file and inflates and checks every section, or salvages what can be
-// read of them. fuzz/corpus/huxFile holds the seeds; the tests run them through this same function.
-//
-//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc fuzz/huxFile.cpp
-//       src/huxread/*.cpp src/base/formatString.cpp -lz -o huxFile
-//   ./huxFile -max_len=4096 NEW_FOLDER fuzz/corpus/huxFile
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
-  const auto container = huxread::Container::parse(bytes);
-  const huxread::Salvaged salvaged = huxread::salvage(bytes);
+// Any bytes as a snapshot file, of which every section is inflated and checked, or from which is
+// salvaged what can be read.
+bool fuzz::huxFile(const std::string& input) {
+  const auto container = huxread::Container::parse(input);
+  const huxread::Salvaged salvaged = huxread::salvage(input);
   for (const huxread::SalvagedSection& section : salvaged.sections) {
-    if (section.offset > size || section.used > size - section.offset) std::abort();
+    expect(section.offset <= input.size() && section.used <= input.size() - section.offset,
+           "what is salvaged lies within the file");
     (void)huxread::extentOf(section);
   }
-  if (!container) return 0;
+  if (!container) return false;
   (void)huxread::check(*container);
   const bool whole = salvaged.damage == huxread::Salvaged::Damage::None;
   for (const huxread::Section& section : container->sections()) {
-    if (static_cast<bool>(container->text(section.number)) < whole) std::abort();
+    expect(static_cast<bool>(container->text(section.number)) || !whole,
+           "sections of a file without damage can be read");
   }
-  return 0;
+  return true;
 }

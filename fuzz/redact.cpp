@@ -1,41 +1,128 @@
 #include "redact/redact.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
+#include <cctype>
+#include <vector>
 
+#include "fuzz/fuzzers.h"
+#include "fuzz/profileNotation.h"
+#include "huxread/check.h"
+#include "huxread/document.h"
 #include "huxread/handmade.h"
+#include "machine/describe.h"
+#include "redact/secrets.h"
+#include "redact/walk.h"
 #include "support/fakeHost.h"
 
-// Redacts a file with any bytes as its inventory, or as the profiler's document when they begin
-// like one. Where they can be read, so can the result, with as many lines and elements; and what is
-// told to be left in it is nothing. fuzz/corpus/redact holds the seeds; the tests run them through
-// this same function.
-//
-//   clang++ -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc -Itests fuzz/redact.cpp
-//       tests/support/fakeHost.cpp src/redact/*.cpp src/machine/*.cpp src/machine/*/*.cpp
-//       src/inspect/letterCase.cpp src/keva/deflate.cpp src/huxread/*.cpp src/edid/*.cpp
-//       src/platform/*.cpp src/platform/portable/*.cpp src/base/*.cpp -lz -lpugixml -o redact
-//   ./redact -max_len=4096 NEW_FOLDER fuzz/corpus/redact
+using fuzz::expect;
+using huxread::Container;
+using redact::Kind;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
-  const bool profile = text.starts_with("<?xml");
-  const auto file = huxread::Container::parse(profile ? fileOfOne("customdata", zlibStream(text))
-                                                      : fileOfOne("snapshot", blob(text)));
+namespace {
+
+// The lines of an inventory with what stands around them; a text that begins one is left as it is.
+std::string inventoryOf(const std::string& lines) {
+  if (lines.starts_with(huxread::Document::kFirstLine)) return lines;
+  std::string text = std::string(huxread::Document::kFirstLine) + "+Snapshot=\n" + lines;
+  if (!text.ends_with('\n')) text += '\n';
+  int open = 0;
+  for (std::size_t at = 0; at != std::string::npos; at = text.find('\n', at + 1)) {
+    if (text.compare(at, 2, "\n+") == 0) ++open;
+    if (text.compare(at, 3, "\n-\n") == 0) --open;
+  }
+  for (; open > 0; --open) text += "-\n";
+  return text;
+}
+
+bool canBeRead(const Container& file, FakeHost& host) {
+  const auto machine = machine::describe(file, host);
+  return machine && !machine->lacksItems() &&
+         std::ranges::none_of(huxread::check(file), [](const huxread::Problem& problem) {
+           return problem.kind == huxread::Problem::Kind::Text;
+         });
+}
+
+struct Value {
+  Kind kind;
+  bool secret;
+  std::string text;
+};
+
+std::vector<Value> valuesOf(const std::string& text, bool profile) {
+  std::vector<Value> values;
+  const auto take = [&](const redact::Field& field) {
+    const auto kind = field.place == nullptr
+                          ? std::nullopt
+                          : redact::kindOf(field.place->table, field.place->secret);
+    const bool secret = kind && !field.data;
+    values.push_back(
+        {kind.value_or(Kind::User), secret, text.substr(field.begin, field.end - field.begin)});
+  };
+  if (profile)
+    redact::walkProfile(text, take);
+  else
+    redact::walkDocument(text, take);
+  return values;
+}
+
+// Whether a name stands in the text by itself; four numbers that go on with a "." are a version.
+bool standsIn(const std::string& text, const std::string& name) {
+  const bool numbers = name.find_first_not_of("0123456789.") == std::string::npos;
+  const auto goesOn = [&](std::size_t at) {
+    if (at >= text.size()) return false;
+    const auto byte = static_cast<unsigned char>(text[at]);
+    return std::isalnum(byte) != 0 || byte >= 0x80 || (numbers && byte == '.');
+  };
+  for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
+    if (!goesOn(at - 1) && !goesOn(at + name.size())) return true;
+  }
+  return false;
+}
+
+void expectNoneLeft(const std::string& before, const std::string& after, bool profile,
+                    const redact::Redacted& result) {
+  const std::vector<Value> values = valuesOf(before, profile);
+  const std::vector<Value> now = valuesOf(after, profile);
+  expect(values.size() == now.size(), "there are as many values");
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const auto& [kind, secret, text] = values[i];
+    const bool can = secret && redact::Secrets({}).add(kind, text);
+    expect(!can || text != now[i].text, "no value is left in the place of a secret", text);
+  }
+  const std::string body =
+      after.substr(after.find('\n') + 1);  // the first line is the format's own
+  for (const auto& [name, token] : result.pairs) {
+    const bool common = std::ranges::find(result.common, name) != result.common.end();
+    expect(common || !standsIn(body, name), "no name is left by itself", name);
+  }
+}
+
+}  // namespace
+
+// Redacts a file of an inventory that holds these lines, or of the profiler's document in the form
+// of propertyListOf or as it is. What can be read is redacted; the result can be read, has as many
+// lines and elements, holds none of the secrets, and redacting it again changes nothing.
+bool fuzz::redact(const std::string& input) {
+  const bool xml = input.starts_with("<?xml");
+  const bool profile = xml || input.starts_with('{');
+  const std::string text = xml ? input : profile ? propertyListOf(input) : inventoryOf(input);
+  const auto file = Container::parse(profile ? fileOfOne("customdata", zlibStream(text))
+                                             : fileOfOne("snapshot", blob(text)));
   FakeHost host;
+  const bool valid = canBeRead(*file, host);
   const auto result = redact::redact(*file, host, {}, "name");
-  if (!result) return 0;
-  const auto after = huxread::Container::parse(result->file);
-  if (!after || after->sections().size() != 1) std::abort();
-  const auto now = after->text(0);
-  if (!now) std::abort();
+  expect(static_cast<bool>(result) == valid, "what can be read is redacted, and nothing else");
+  if (!result) return false;
+  expect(result->left.empty(), "nothing is found in the result");
+  const auto redacted = Container::parse(result->file);
+  expect(redacted && redacted->sections().size() == 1, "the result can be opened");
+  const auto now = redacted->text(0);
+  expect(now && canBeRead(*redacted, host), "the result can be read");
   // A line is an attribute, an element a text, which may have line ends of its own.
   const char mark = profile ? '<' : '\n';
-  if (std::ranges::count(*now, mark) != std::ranges::count(text, mark)) std::abort();
-  const auto again = redact::redact(*after, host, {}, "name");
-  if (!again && !profile) std::abort();
-  return 0;
+  expect(std::ranges::count(*now, mark) == std::ranges::count(text, mark), "nothing is lost");
+  expectNoneLeft(text, *now, profile, *result);
+  const auto again = redact::redact(*redacted, host, {}, "name");
+  expect(again && again->left.empty(), "the result can be redacted");
+  return true;
 }

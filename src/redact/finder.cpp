@@ -226,6 +226,43 @@ std::vector<Edit> chosen(std::vector<Edit> edits) {
   return kept;
 }
 
+bool has(std::string_view text, char c) {
+  return text.find(c) != std::string_view::npos;
+}
+
+// What makes a text that of a document stays: its first line, the mark that a line begins with, and
+// in a line that has no other one the first "=". A name that goes over them is replaced on both
+// sides.
+std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits) {
+  constexpr std::string_view kMarks = "+*~";
+  std::vector<Edit> kept;
+  for (std::size_t next = 0; next < edits.size();) {
+    const std::size_t line = text.rfind('\n', edits[next].begin) + 1;
+    const std::size_t end = std::min(text.find('\n', line), text.size());
+    const std::size_t first = next;
+    bool isEntry = false;
+    std::size_t at = line;
+    for (; next < edits.size() && edits[next].begin < end; at = edits[next++].end)
+      isEntry = isEntry || has(text.substr(at, edits[next].begin - at), '=');
+    isEntry = isEntry || has(text.substr(at, end - at), '=');
+    if (line == 0) continue;
+    for (Edit& edit : std::span(edits).subspan(first, next - first)) {
+      if (edit.begin == line && has(kMarks, text[line])) ++edit.begin;
+      const std::size_t equals = isEntry ? end : text.find('=', edit.begin);
+      if (equals < edit.end) {
+        isEntry = true;
+        if (edit.begin < equals) {
+          kept.push_back(edit);
+          kept.back().end = equals;
+        }
+        edit.begin = equals + 1;
+      }
+      if (edit.begin < edit.end) kept.push_back(std::move(edit));
+    }
+  }
+  return kept;
+}
+
 }  // namespace
 
 std::string shownToken(const Secret& secret) {
@@ -333,8 +370,12 @@ void Finder::addPatterns(std::size_t id) {
   }
   if (secret.kind == Kind::Arguments || (secret.common && secret.kind == Kind::Environment)) return;
   constexpr std::size_t kLongest = 256;  // bytes; longer texts are looked for at their own places
-  if (secret.text.size() > kLongest) return;
   const bool placed = secret.kind == Kind::User || secret.kind == Kind::Host;
+  if (secret.text.size() > kLongest) {
+    if (placed)
+      add({.text = inspect::foldCase(secret.text), .secret = id, .common = secret.common});
+    return;
+  }
   for (const std::string& form : spellingsOf(secret.kind, secret.text)) {
     constexpr std::size_t kTelling = 8;
     if (form.empty()) continue;
@@ -475,7 +516,8 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
     if (const auto id = idOf(shape.canonical))
       give(text, plain.origin(shape.begin, shape.end), {.text = {}, .secret = *id}, found);
   });
-  return chosen(std::move(found.edits));
+  std::vector<Edit> edits = chosen(std::move(found.edits));
+  return form == Form::Document ? withinLines(text, std::move(edits)) : edits;
 }
 
 }  // namespace redact

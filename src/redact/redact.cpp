@@ -145,7 +145,7 @@ void report(const Secrets& secrets, Redacted& result) {
   }
 }
 
-// Whether every section can be read: a name with "=" in it may have stood where a line is split.
+// Whether every section can be read.
 bool canBeRead(const std::string& bytes) {
   const auto file = Container::parse(bytes);
   if (!file) return false;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/formatString.h"
-#include "support/corpus.h"
+#include "support/fileText.h"
 
 namespace {
 
@@ -79,12 +79,6 @@ TEST(Edid, ReadsWholeBlocks) {
       EXPECT_EQ(edid ? describe(*edid) : "", said) << name << size;
     }
   }
-}
-
-TEST(Edid, OfTheFuzzersCorpusIsThereWhenItIsValid) {
-  checkCorpus(PROJECT_FOLDER "/fuzz/corpus/edid", [](const std::string& bytes) {
-    return decodeEdid(Bytes(bytes.begin(), bytes.end())).has_value();
-  });
 }
 
 TEST(Edid, KnowsNumbersThatStateNothing) {

@@ -39,17 +39,12 @@ std::optional<Kind> kindAt(const Field& field) {
   return kindOf(field.place->table, field.place->secret);
 }
 
-// The number of a display, which tables have in decimal; nothing when it says none.
-std::optional<std::string> displayNumber(std::string_view text) {
-  if (text.starts_with("0x")) text.remove_prefix(2);
-  if (text.empty() || text.size() > 8 ||
-      text.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
-    return std::nullopt;
-  }
-  const unsigned long number = std::strtoul(std::string(text).c_str(), nullptr, 16);
-  return statesDisplay(static_cast<std::uint32_t>(number))
-             ? std::optional(formatString("%lu", number))
-             : std::nullopt;
+// The number of a display, which tables have in decimal; "" when it states none. A text that is no
+// number stays as it is.
+std::string displayNumber(std::string_view text) {
+  const auto number = hexadecimalNumber(text);
+  if (!number) return std::string(text);
+  return statesDisplay(*number) ? formatString("%u", *number) : "";
 }
 
 bool isWholeKind(Kind kind) {
@@ -73,7 +68,7 @@ void addNames(std::string_view text, std::string_view key, Secrets& secrets) {
 void addField(const std::string& value, const Field& field, Kind kind, Secrets& secrets) {
   constexpr std::size_t kMaker = 8;  // characters of three bytes: "00-00-5E"
   if (machine::isDisplayNumber(field.key)) {
-    if (const auto number = displayNumber(value)) secrets.add(Kind::Serial, *number);
+    secrets.add(Kind::Serial, displayNumber(value));
   } else if (kind == Kind::HardwareAddress && value.size() == kMaker) {
     return;  // of the maker, as everybody has them
   } else if (kind == Kind::User) {
@@ -443,8 +438,8 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
 std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field, Kind kind,
                                       Form form) const {
   std::string plain = valueOf(text, field, form);
-  const bool number = machine::isDisplayNumber(field.key);
-  plain = number ? displayNumber(plain).value_or("") : std::string(nameIn(kind, plain));
+  const bool number = machine::isDisplayNumber(field.key) && hexadecimalNumber(plain);
+  plain = number ? displayNumber(plain) : std::string(nameIn(kind, plain));
   const auto id = plain.empty() ? std::nullopt : idOf(canonicalOf(kind, plain));
   if (!id) return std::nullopt;
   const Range name = nameRange(text, field, kind);

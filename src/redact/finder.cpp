@@ -221,6 +221,19 @@ std::vector<Edit> chosen(std::vector<Edit> edits) {
   return kept;
 }
 
+// What the elements of a property list are called is nobody's name, whoever is called so too.
+void addElementNames(std::string_view text, std::vector<Range>& ranges) {
+  constexpr std::string_view kNames[] = {"?xml", "!DOCTYPE", "plist", "array", "dict",
+                                         "key",  "string",   "data",  "date",  "integer",
+                                         "real", "true",     "false"};
+  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+    if (text.substr(++at).starts_with('/')) ++at;
+    const std::size_t end = std::min(text.find_first_of("/> \t\r\n", at), text.size());
+    if (std::ranges::find(kNames, text.substr(at, end - at)) != std::end(kNames))
+      ranges.emplace_back(at, end);
+  }
+}
+
 bool has(std::string_view text, char c) {
   return text.find(c) != std::string_view::npos;
 }
@@ -472,6 +485,10 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
     found.whole.emplace_back(edit->begin, edit->end);
     found.edits.push_back(std::move(*edit));
   });
+  if (form == Form::Profile) {
+    addElementNames(text, found.whole);
+    std::ranges::sort(found.whole);
+  }
   for (const Token& token : tokensIn(text)) found.tokens.emplace_back(token.begin, token.end);
 }
 

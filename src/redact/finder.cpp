@@ -29,9 +29,9 @@ void walk(std::string_view text, Form form, const Take& take) {
   if (form == Form::Profile) walkProfile(text, take);
 }
 
-std::string valueOf(std::string_view text, const Field& field, Form form) {
-  const std::string_view value = text.substr(field.begin, field.end - field.begin);
-  return form == Form::Profile ? withoutEntities(value).text() : std::string(value);
+// As it is looked for: documents have entities too where programs put them.
+std::string valueOf(std::string_view text, const Field& field) {
+  return withoutEntities(text.substr(field.begin, field.end - field.begin)).text();
 }
 
 std::optional<Kind> kindAt(const Field& field) {
@@ -288,7 +288,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
       plain.emplace_back(field.begin, field.end);
     }
     if (machine::isDisplayBlock(field.key)) {
-      displayBlockWithout(valueOf(text, field, form),
+      displayBlockWithout(valueOf(text, field),
                           [&](const std::string& serial) -> std::optional<unsigned> {
                             secrets.add(Kind::Serial, serial);
                             return std::nullopt;
@@ -297,7 +297,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
     }
     const auto kind = kindAt(field);
     if (kind && !isWholeKind(*kind) && !field.data)
-      addField(valueOf(text, field, form), field, *kind, secrets);
+      addField(valueOf(text, field), field, *kind, secrets);
   });
   secrets.addTokens(text);
   const Derived characters = withoutEntities(text);
@@ -314,7 +314,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
 void collectWhole(std::string_view text, Form form, Secrets& secrets) {
   walk(text, form, [&](const Field& field) {
     const auto kind = kindAt(field);
-    if (kind && isWholeKind(*kind)) secrets.add(*kind, valueOf(text, field, form));
+    if (kind && isWholeKind(*kind)) secrets.add(*kind, valueOf(text, field));
   });
 }
 
@@ -448,9 +448,8 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
 }
 
 // The same of a text that is a secret from its begin to its end.
-std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field, Kind kind,
-                                      Form form) const {
-  std::string plain = valueOf(text, field, form);
+std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field, Kind kind) const {
+  std::string plain = valueOf(text, field);
   const bool number = machine::isDisplayNumber(field.key) && hexadecimalNumber(plain);
   plain = number ? displayNumber(plain) : std::string(nameIn(kind, plain));
   const auto id = plain.empty() ? std::nullopt : idOf(canonicalOf(kind, plain));
@@ -479,7 +478,7 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
     } else if (kind == Kind::User || kind == Kind::Host) {
       found.places.emplace_back(field.begin, field.end);
     } else if (kind && !secrets_->keeps(*kind)) {
-      edit = wholeEdit(text, field, *kind, form);
+      edit = wholeEdit(text, field, *kind);
     }
     if (!edit) return;
     found.whole.emplace_back(edit->begin, edit->end);

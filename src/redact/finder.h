@@ -66,8 +66,7 @@ class Finder {
 
   explicit Finder(const Secrets& secrets) : secrets_(&secrets) {}
   std::optional<Edit> dataEdit(std::string_view text, const Field& field) const;
-  std::optional<Edit> wholeEdit(std::string_view text, const Field& field, Kind kind,
-                                Form form) const;
+  std::optional<Edit> wholeEdit(std::string_view text, const Field& field, Kind kind) const;
   std::optional<std::size_t> idOf(const std::optional<std::string>& canonical) const;
   void addPatterns(std::size_t id);
   void addAddress(std::size_t id);

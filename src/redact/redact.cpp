@@ -84,8 +84,11 @@ std::string stored(std::string_view text, SectionType type) {
   return data;
 }
 
-// The header as it was, with the places that the sections have now.
-std::string headerWith(std::string_view header, const std::vector<Section>& sections) {
+// The header without secrets, with the places that the sections have now. What its keys are called
+// is no secret, whoever is called so too.
+std::string headerWith(std::string_view header, const std::vector<Section>& sections,
+                       Editor& editor) {
+  constexpr std::string_view kKeys[] = {"count", "snapshotcount", "timestamp", "snaptype", "ID"};
   std::string text;
   const Section* section = nullptr;
   for (std::size_t at = 0; at < header.size();) {
@@ -98,13 +101,19 @@ std::string headerWith(std::string_view header, const std::vector<Section>& sect
       });
       section = found == sections.end() ? nullptr : &*found;
     }
-    if (section != nullptr && line.starts_with("offset=")) {
-      text += formatString("offset=%u\n", section->offset);
-    } else if (section != nullptr && line.starts_with("length=")) {
-      text += formatString("length=%u\n", section->length);
+    const std::string key = line.substr(0, line.find('='));
+    if (section != nullptr && key == "offset") {
+      text += formatString("offset=%u", section->offset);
+    } else if (section != nullptr && key == "length") {
+      text += formatString("length=%u", section->length);
+    } else if (section != nullptr && key == "type") {
+      text += formatString("type=%s", huxread::typeName(section->type));
+    } else if (key != line && std::ranges::find(kKeys, key) != std::end(kKeys)) {
+      text += key + "=" + editor.edit(line.substr(key.size() + 1), Form::None);
     } else {
-      text += line + "\n";
+      text += editor.edit(line, Form::None);
     }
+    text += '\n';
   }
   return text;
 }
@@ -187,8 +196,8 @@ Result<Redacted> redact(const Container& file, platform::Host& host, const std::
     sections.back().length = static_cast<std::uint32_t>(part.size());
     data += part;
   });
-  const std::string header = editor.edit(file.headerText(), Form::None);
-  result.file = fileOf(std::move(data), headerWith(header, sections));
+  const std::string header = headerWith(file.headerText(), sections, editor);
+  result.file = fileOf(std::move(data), header);
   if (!canBeRead(result.file)) return Error{"could not be read any more, with its names replaced"};
   for (const Edit& edit : finder->find(name, Form::None))
     result.inName.insert(secrets[edit.secret].kind);

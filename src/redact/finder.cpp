@@ -226,11 +226,13 @@ void addElementNames(std::string_view text, std::vector<Range>& ranges) {
   constexpr std::string_view kNames[] = {"?xml", "!DOCTYPE", "plist", "array", "dict",
                                          "key",  "string",   "data",  "date",  "integer",
                                          "real", "true",     "false"};
+  constexpr std::size_t kLongest = 8;  // of these names
   for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
     if (text.substr(++at).starts_with('/')) ++at;
-    const std::size_t end = std::min(text.find_first_of("/> \t\r\n", at), text.size());
-    if (std::ranges::find(kNames, text.substr(at, end - at)) != std::end(kNames))
-      ranges.emplace_back(at, end);
+    const std::string_view begin = text.substr(at, kLongest + 1);
+    const std::string_view name = begin.substr(0, begin.find_first_of("/> \t\r\n"));
+    if (std::ranges::find(kNames, name) != std::end(kNames))
+      ranges.emplace_back(at, at + name.size());
   }
 }
 
@@ -450,15 +452,15 @@ std::optional<Edit> Finder::dataEdit(std::string_view text, const Field& field) 
 // The same of a text that is a secret from its begin to its end.
 std::optional<Edit> Finder::wholeEdit(std::string_view text, const Field& field, Kind kind) const {
   std::string plain = valueOf(text, field);
-  const bool number = machine::isDisplayNumber(field.key) && hexadecimalNumber(plain);
-  plain = number ? displayNumber(plain) : std::string(nameIn(kind, plain));
+  const bool display = machine::isDisplayNumber(field.key) && hexadecimalNumber(plain);
+  plain = display ? displayNumber(plain) : std::string(nameIn(kind, plain));
   const auto id = plain.empty() ? std::nullopt : idOf(canonicalOf(kind, plain));
   if (!id) return std::nullopt;
   const Range name = nameRange(text, field, kind);
-  return Edit{
-      name.first, name.second, *id,
-      number ? formatString("%x", secrets_->numberOf(*id)) : rendered((*secrets_)[*id], plain),
-      false};
+  std::string token = rendered((*secrets_)[*id], plain);
+  if (display) token = formatString("%x", secrets_->numberOf(*id));
+  if (field.number) token = std::to_string(secrets_->numberOf(*id));
+  return Edit{name.first, name.second, *id, std::move(token), false};
 }
 
 // The secret of that form; nothing when there is none, or when it is one that is kept.
@@ -472,6 +474,7 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
   walk(text, form, [&](const Field& field) {
     std::optional<Edit> edit;
     const auto kind = kindAt(field);
+    if (field.number) found.numbers.emplace_back(field.begin, field.end);
     if (machine::isDisplayBlock(field.key) || field.data) {
       edit = dataEdit(text, field);
       if (!edit) found.whole.emplace_back(field.begin, field.end);
@@ -499,7 +502,11 @@ void Finder::give(std::string_view text, Range range, const Pattern& pattern, Fo
   if (taken || liesIn(found.tokens, begin, end) || secrets_->keeps(secret.kind)) return;
   if (pattern.common && !liesIn(found.places, begin, end)) return;
   std::string token = rendered(secret, text.substr(begin, end - begin));
-  if (runsOn(text, end, token)) token += '_';
+  if (liesIn(found.numbers, begin, end)) {
+    token = std::to_string(secrets_->numberOf(pattern.secret));
+  } else if (runsOn(text, end, token)) {
+    token += '_';
+  }
   found.edits.push_back({begin, end, pattern.secret, std::move(token), pattern.part});
 }
 

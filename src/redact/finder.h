@@ -62,6 +62,7 @@ class Finder {
     std::vector<Range> whole;   // replaced, or left, as they are
     std::vector<Range> places;  // where common words count
     std::vector<Range> tokens;
+    std::vector<Range> numbers;  // where nothing but a number can stand
   };
 
   explicit Finder(const Secrets& secrets) : secrets_(&secrets) {}

@@ -13,7 +13,7 @@ constexpr std::string_view kBlank = " \t\r\n";
 Field fieldAt(std::string_view text, std::size_t begin, std::size_t end) {
   while (begin < end && kBlank.find(text[begin]) != std::string_view::npos) ++begin;
   while (end > begin && kBlank.find(text[end - 1]) != std::string_view::npos) --end;
-  return {begin, end, "", "", nullptr, false};
+  return {begin, end, "", "", nullptr, false, false};
 }
 
 // Follows the elements of a property list and remembers under which key each stands.
@@ -77,6 +77,7 @@ class ProfileWalker {
     field.key = keyNow();
     field.parent = listed ? above(1) : above(0);
     field.data = element == "data";
+    field.number = element == "integer" || element == "real";
     field.place = machine::findProfiledSecret(section_, field.parent, field.key);
     take_(field);
     key_ = {};

@@ -17,6 +17,7 @@ struct Field {
   std::string_view key;               // "" of a tag's own value and of a key that is a name
   const machine::SecretPlace* place;  // null when it is no secret's
   bool data;                          // bytes in base64
+  bool number;                        // where nothing but a number can stand
 };
 
 // Every value of the text form of a document, or of the profiler's XML; and the keys in the latter

@@ -200,6 +200,22 @@ TEST_F(FleetStore, KeepsWhatIsKnownAsItIs) {
               ElementsAre("AHUX201remarkoff"));
 }
 
+TEST_F(FleetStore, StoresARowOnceAlsoWhenOpenedAnew) {
+  {
+    Store store = open();
+    addFleet(store);
+  }
+  Store store = open();
+  const char* const rows = "SELECT count(*) FROM _software_rows";
+  const std::vector<std::string> before = answer(store, rows);
+  Scan again = weekOf(3, 1);
+  again.file = again.bytes = "another file";
+  again.digest = fleet::digestOf(again.bytes);
+  add(store, again);
+  ASSERT_TRUE(store.finish());
+  EXPECT_EQ(answer(store, rows), before);
+}
+
 // In batches of some scans, so that a kill meets the middle of one, the end of one and what is
 // between.
 TEST_F(FleetStore, KilledAtAnyMomentItHoldsTheSameInTheEnd) {

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iostream>
 #include <regex>
 #include <sstream>
 #include <utility>
@@ -175,10 +177,16 @@ machine::Description scannedTables(const Machine& machine) {
   return tables;
 }
 
-bool isToBeRefreshed(const Machine& machine) {
+void expectGolden(const std::string& name, const std::string& file, const std::string& text) {
   const char* named = std::getenv("ORBEX_REFRESH_GOLDEN");
   const std::string names = " " + std::string(named == nullptr ? "" : named) + " ";
-  return names.find(" " + std::string(machine.name) + " ") != std::string::npos;
+  if (names.find(" " + name + " ") != std::string::npos) {
+    std::ofstream(file, std::ios::binary) << text;
+    std::cout << "wrote " << file << "\n";
+  }
+  const std::string golden = fileText(file);
+  EXPECT_TRUE(golden == text) << difference(golden, text)
+                              << "\nIf this is wanted: scripts/refresh-golden " << name;
 }
 
 std::string goldenFile(const Machine& machine) {
@@ -188,6 +196,10 @@ std::string goldenFile(const Machine& machine) {
 std::string goldenTablesFile(const Machine& machine) {
   return std::string(PROJECT_FOLDER "/tests/golden/tables/") + machine.name +
          (machine.debug ? "-debug.json" : ".json");
+}
+
+std::string goldenPage(const std::string& name, const char* extension) {
+  return PROJECT_FOLDER "/tests/golden/pages/" + name + extension;
 }
 
 std::string goldenText(const Machine& machine) {

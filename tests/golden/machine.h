@@ -40,12 +40,15 @@ void scan(const Machine& machine, const TakeFile& take);
 std::string scannedText(const Machine& machine);
 machine::Description scannedTables(const Machine& machine);
 
-// Whether scripts/refresh-golden asks for this machine's files.
-bool isToBeRefreshed(const Machine& machine);
+// Fails unless the file holds that text. Writes it when scripts/refresh-golden asks for that name.
+void expectGolden(const std::string& name, const std::string& file, const std::string& text);
 
 std::string goldenFile(const Machine& machine);
 
 std::string goldenTablesFile(const Machine& machine);
+
+// A page, or what else is drawn for people.
+std::string goldenPage(const std::string& name, const char* extension = ".html");
 
 // What the first of them holds; "" when it is missing.
 std::string goldenText(const Machine& machine);

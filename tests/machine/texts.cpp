@@ -59,20 +59,20 @@ TEST(Texts, LoseWhatIsNoText) {
 }
 
 TEST(Texts, NameSystemsThatAreKnown) {
-  const struct {
-    const char* version;
-    const char* name;
-  } cases[] = {
-      {"10.4.11", "Tiger"   },
-      {"10.10",   "Yosemite"},
-      {"11.2.3",  "Big Sur" },
-      {"26",      "Tahoe"   },
-      {"27.1",    ""        },
-      {"1",       ""        },
-      {"10",      ""        },
-      {"",        ""        },
-  };
-  for (const auto& [version, name] : cases) EXPECT_EQ(marketingName(version), name) << version;
+  std::string names;
+  for (int minor = 0; minor <= 17; ++minor) {
+    names.append(marketingName("10." + std::to_string(minor) + ".4")).append(",");
+  }
+  for (int major = 11; major <= 27; ++major) {
+    names.append(marketingName(std::to_string(major) + ".2.3")).append(",");
+  }
+  EXPECT_EQ(names,
+            "Cheetah,Puma,Jaguar,Panther,Tiger,Leopard,Snow Leopard,Lion,Mountain Lion,Mavericks,"
+            "Yosemite,El Capitan,Sierra,High Sierra,Mojave,Catalina,Big Sur,,"
+            "Big Sur,Monterey,Ventura,Sonoma,Sequoia,,,,,,,,,,,Tahoe,,");
+  EXPECT_EQ(marketingName("10.10"), "Yosemite");
+  EXPECT_EQ(marketingName("26"), "Tahoe");
+  for (const char* other : {"1", "10", ""}) EXPECT_EQ(marketingName(other), "") << other;
 }
 
 TEST(Texts, OfDisplaysAndUsbAreReadInAllTheirForms) {

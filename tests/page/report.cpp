@@ -263,8 +263,8 @@ TEST(Drawing, TakesAnyShare) {
   Html html;
   page::drawChart(html, "c",
                   std::vector<page::Measure>{
-                      {"a", 4,   "4"},
-                      {"b", 1,   "1"},
+                      {"a", 0.4, "4"},
+                      {"b", 0.1, "1"},
                       {"c", NAN, "?"},
                       {"d", -1,  "-"}
   });

@@ -109,6 +109,8 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"x=C02X K0AA JG5H, c02x-k0aa-jg5h ac02x-k0aajg5h c02x k0a-ajg5h", "x=SERIAL-1, SERIAL-1 ac02x-k0aajg5h c02x k0a-ajg5h"},
       {"x=\"IOPlatformSerialNumber\" = \"C02H40CEDV7N\", \"Serial Number\" = \"  X1IACZPDT\" \"Serial\"=\"A7\"",
        "x=\"IOPlatformSerialNumber\" = \"SERIAL-2\", \"Serial Number\" = \"  SERIAL-3\" \"Serial\"=\"A7\""},
+      {"x=\"Serial Number\" = \"A7B2\", \"Serial Number\" = \"A7B2C\", \"Serial Number\" = \"123456\", \"Serial Number\" = \"1234567\" A7B2 A7B2C 123456 1234567",
+       "x=\"Serial Number\" = \"SERIAL-2\", \"Serial Number\" = \"SERIAL-3\", \"Serial Number\" = \"SERIAL-4\", \"Serial Number\" = \"SERIAL-5\" A7B2 SERIAL-3 123456 SERIAL-5"},
       {"x=IOMACAddress = <0aa86d508964> \"kCGSessionLongUserNameKey\"=\"Noor Vesterby\" Vesterby",
        "x=IOMACAddress = <00005e005302> \"kCGSessionLongUserNameKey\"=\"USER-3\" USER-3"},
       {"*net-adapter:2=\nmanuf-by-mac=0A-5\nmac-address=0A-5\n*net-adapter:3=\nmanuf-by-mac=F8-4D-89",
@@ -118,6 +120,8 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
       {"x=10.1.2.3 10-1-2-3 http://10.1.2.3:80/",          "x=192.0.2.1 192.0.2.1 http://192.0.2.1:80/"          },
       {"x=172.16.0.9, 169.254.3.4",                        "x=192.0.2.2, 169.254.0.3"                            },
       {"version=172.16.0.9\nx=10.1.2.3.4 1.10.1.2.3",      "version=172.16.0.9\nx=10.1.2.3.4 1.10.1.2.3"         },
+      {"x=00:00:5e:00:53:ab:cd:ef 0:0:5e:0:53:ab:cd:ee 00:00:5e:00:53:ab:cd g2A02:8:0:0::1",
+       "x=00:00:5e:ef:10:00:00:02 0:0:00:00:5e:00:53:03 00:00:00:5e:00:53:04 g2A02:8:0:0::1"},
       {"x=127.0.0.1 0.0.0.0 255.255.255.0 224.0.0.251",    "x=127.0.0.1 0.0.0.0 255.255.255.0 224.0.0.251"       },
       {"x=fe80::1c2b%en0 2A02:8:0:0::1/64 ::1 12:34:56",   "x=fe80::2%en0 2001:db8::3/64 ::1 12:34:56"           },
   };
@@ -158,6 +162,10 @@ TEST(Redact, ReplacesWhatOnlyTheProfilersDocumentHas) {
        "<key>local_host_name</key><string>Mara&#8217;s Kestrel</string><key>b</key><string>M&#97;ra&#x2019;s&#32;Kestrel &amp; "
        "Mara&apos;s Kestrel</string>",
        "<key>local_host_name</key><string>HOST 1</string><key>b</key><string>HOST-1 &amp; HOST 1</string>"},
+      {"SPSoftwareDataType",
+       "<key>local_host_name</key><string>(Tarn)  Rohre – Werk 12</string><key>b</key><string>tarn-rohre-werk-12.local "
+       "TARN-ROHRE-WERK tarnrohrewerk12 TARNROHREWERK12 tarnrohrewer</string>",
+       "<key>local_host_name</key><string>HOST 1</string><key>b</key><string>HOST-1.local HOST-1 HOST-1 HOST-1 tarnrohrewer</string>"},
       {"SPDisplaysDataType",
        "<key>_spdisplays_display-serial-number</key><string>3e9</string><key>x_serial</key><string>1002</string>",
        "<key>_spdisplays_display-serial-number</key><string>3eb</string><key>x_serial</key><string>SERIAL-2</string>"},

@@ -92,6 +92,23 @@ TEST(Columns, CountsWideAndCombiningCharacters) {
   EXPECT_EQ(show::cut("ab", 0), "");
 }
 
+// So that no range of the tables is a character too long or too short.
+TEST(Columns, CountsEveryCharacter) {
+  std::map<std::size_t, int> characters;
+  for (char32_t character = 0x80; character <= 0x10FFFF; ++character) {
+    if (character >= 0xD800 && character <= 0xDFFF) continue;
+    std::string text(character < 0x800 ? 2 : character < 0x10000 ? 3 : 4, '\0');
+    char32_t rest = character;
+    for (std::size_t i = text.size() - 1; i > 0; --i, rest >>= 6) {
+      text[i] = static_cast<char>(0x80 | (rest & 0x3F));
+    }
+    text[0] = static_cast<char>((0xF00U >> text.size()) | rest);
+    ++characters[show::columnsOf(text)];
+  }
+  EXPECT_EQ(characters[0], 1920);
+  EXPECT_EQ(characters[2], 191848);
+}
+
 TEST(Values, AreWrittenSoThatTheyCanBeReadBack) {
   EXPECT_EQ(machine::valueText({}), "");
   EXPECT_EQ(machine::valueText(std::int64_t{-42}), "-42");

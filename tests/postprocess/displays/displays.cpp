@@ -118,3 +118,26 @@ TEST(Displays, PutVirtualOnesBehindTheOthers) {
                                ".*Monitor:3=V\nmain=0\nbuilt-in=0\nvirtual=1\n"));
   }
 }
+
+TEST(Displays, SayTheWordsOfTheProfilerInOurs) {
+  const std::pair<const char*, const char*> kWords[] = {
+      {"sppci_vendor_AMD",       "AMD"               },
+      {"sppci_vendor_Apple",     "Apple"             },
+      {"sppci_vendor_ATI",       "ATI"               },
+      {"sppci_vendor_intel",     "Intel"             },
+      {"sppci_vendor_Nvidia",    "NVIDIA"            },
+      {"spdisplays_agp_device",  "AGP"               },
+      {"spdisplays_builtin",     "Built-in"          },
+      {"sppci_pci_device",       "PCI"               },
+      {"spdisplays_pcie_device", "PCIe"              },
+      {"spdisplays_tb_device",   "Thunderbolt"       },
+      {"sppci_vendor_other",     "sppci_vendor_other"}
+  };
+  for (const auto& [token, word] : kWords) {
+    for (const auto& [key, attribute] :
+         {std::pair("spdisplays_vendor", "vendor"), std::pair("sppci_bus", "bus")}) {
+      EXPECT_THAT(written(std::string("{_name=P; ") + key + "=" + token + "}"),
+                  testing::HasSubstr(std::string("\n") + attribute + "=" + word + "\n"));
+    }
+  }
+}

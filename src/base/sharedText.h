@@ -23,7 +23,7 @@ class SharedText : public std::string_view {
   explicit SharedText(const char* text) : SharedText(std::string(text)) {}
 
   // Of bytes that last as long as the program does, such as those of a table: it shares those.
-  static SharedText lasting(std::string_view text) {
+  static SharedText lasting(const char* text) {
     SharedText result;
     result.view() = text;
     return result;
@@ -43,6 +43,8 @@ class SharedText : public std::string_view {
   ~SharedText() {
     if (bytes_ != nullptr && --bytes_->owners == 0) delete bytes_;
   }
+
+  void swap(std::string_view& other) = delete;  // which would leave the bytes behind
 
   operator std::string() const { return std::string(data(), size()); }
 

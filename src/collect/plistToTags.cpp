@@ -160,6 +160,8 @@ class Converter {
 
  private:
   SharedText itemName(std::size_t position) {
+    constexpr std::size_t kShared = 64;  // most arrays are short
+    if (position >= kShared) return SharedText("item" + std::to_string(position));
     while (itemNames_.size() <= position) {
       itemNames_.emplace_back("item" + std::to_string(itemNames_.size()));
     }
@@ -182,7 +184,7 @@ class Converter {
   }
 
   platform::Host& host_;
-  std::vector<SharedText> itemNames_;  // those of all arrays
+  std::vector<SharedText> itemNames_;  // the first ones of all arrays
 };
 
 }  // namespace

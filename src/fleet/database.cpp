@@ -138,7 +138,7 @@ bool Database::busy() const {
 }
 
 void Database::endStatementsWhen(const volatile std::sig_atomic_t& flag) const {
-  constexpr int kPatience = 10'000;  // operations of the library's machine: far below a blink
+  constexpr int kPatience = 100;  // operations of the library's machine: a few rows
   const auto ended = [](void* context) {
     return static_cast<int>(*static_cast<const volatile std::sig_atomic_t*>(context));
   };

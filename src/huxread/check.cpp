@@ -120,21 +120,23 @@ std::string_view topName(SectionType type) {
   return type == SectionType::AssetInfo ? "AssetInfo" : "";
 }
 
-std::string textProblem(const Section& section, std::string text, Documents* documents) {
-  const bool unknown = section.type == SectionType::Unknown;
-  if (section.type == SectionType::CustomData || (unknown && text.starts_with(kXmlStart))) {
+std::string textProblem(SectionType type, std::string text, std::optional<Document>* snapshot) {
+  const bool unknown = type == SectionType::Unknown;
+  if (type == SectionType::CustomData || (unknown && text.starts_with(kXmlStart))) {
     return reportProblem(text);
   }
   if (unknown && !text.starts_with(Document::kFirstLine)) return "";
   Result<Document> document = Document::parse(std::move(text));
-  std::string problem = documentProblem(document, topName(section.type));
-  if (document && documents != nullptr) documents->emplace(section.number, std::move(*document));
+  std::string problem = documentProblem(document, topName(type));
+  if (document && type == SectionType::Snapshot && snapshot != nullptr) {
+    *snapshot = std::move(*document);
+  }
   return problem;
 }
 
 }  // namespace
 
-std::vector<Problem> check(const Container& container, Documents* documents) {
+std::vector<Problem> check(const Container& container, std::optional<Document>* snapshot) {
   std::vector<Problem> problems;
   for (const std::string& remark : container.remarks()) {
     problems.push_back({Kind::Header, std::nullopt, remark});
@@ -149,7 +151,8 @@ std::vector<Problem> check(const Container& container, Documents* documents) {
       problems.push_back({Kind::Stream, section.number, text.error().message});
       continue;
     }
-    const std::string problem = textProblem(section, std::move(*text), documents);
+    const std::string problem = textProblem(section.type, std::move(*text), snapshot);
+    if (section.type == SectionType::Snapshot) snapshot = nullptr;  // it was the first
     if (!problem.empty()) problems.push_back({Kind::Text, section.number, title + problem});
   }
   return problems;

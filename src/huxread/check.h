@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,12 +25,9 @@ struct Problem {
       message;  // names the section, and the byte or line; holds no text taken from the file
 };
 
-// Those that could be read, by the numbers of their sections.
-using Documents = std::map<std::uint32_t, Document>;
-
 // Inflates every section and reads its text: documents as trees, the profiler's report as XML whose
-// elements must be nested rightly. Holds one text at a time, and the documents for whoever wants
-// them afterwards.
-std::vector<Problem> check(const Container& container, Documents* documents = nullptr);
+// elements must be nested rightly. Holds one text at a time; whoever goes on with the first
+// snapshot can have its document kept, which is set when it could be read.
+std::vector<Problem> check(const Container& container, std::optional<Document>* snapshot = nullptr);
 
 }  // namespace huxread

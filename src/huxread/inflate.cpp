@@ -28,14 +28,12 @@ std::string problemOf(int code, const z_stream& state) {
 
 }  // namespace
 
-Inflated inflateAll(std::string_view bytes, std::size_t limit) {
+Inflated inflateAll(std::string_view bytes, std::size_t limit, std::size_t expected) {
   using End = Inflated::End;
   constexpr std::size_t kChunk = 16384;  // bytes of output at a time
 
   Inflated result;
-  // Documents inflate to 10 to 20 times the bytes. What is not used of it stays address space.
-  constexpr std::size_t kGrowth = 16;
-  result.text.reserve(std::min(limit, bytes.size() * kGrowth));
+  result.text.reserve(std::min(limit, expected));
   z_stream state{};
   int code = inflateInit(&state);
   const std::unique_ptr<z_stream, decltype(&inflateEnd)> ending(&state, inflateEnd);
@@ -67,7 +65,11 @@ Inflated inflateAll(std::string_view bytes, std::size_t limit) {
 }
 
 Result<std::string> inflateText(std::string_view stream, std::size_t limit) {
-  Inflated result = inflateAll(stream, limit);
+  // Large documents inflate to 10 to 20 times the bytes. What is not used of the room stays address
+  // space.
+  constexpr std::size_t kGrowth = 20;
+  constexpr std::size_t kMostRoom = std::size_t{64} << 20;
+  Inflated result = inflateAll(stream, limit, std::min(stream.size() * kGrowth, kMostRoom));
   if (!result.problem.empty()) return Error{std::move(result.problem)};
   if (result.used == stream.size()) return std::move(result.text);
   return Error{formatString("%zu bytes stand behind the end of the zlib stream",

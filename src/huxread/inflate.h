@@ -19,8 +19,9 @@ struct Inflated {
 };
 
 // Inflates the stream that `bytes`, of less than 4 GiB, begin with, up to its end, to the first
-// fault or to `limit` bytes of text: a few kilobytes can inflate to gigabytes.
-Inflated inflateAll(std::string_view bytes, std::size_t limit);
+// fault or to `limit` bytes of text: a few kilobytes can inflate to gigabytes. It takes room for
+// what is `expected` at once.
+Inflated inflateAll(std::string_view bytes, std::size_t limit, std::size_t expected = 0);
 
 // The text of the one zlib stream that `stream` consists of. Fails when it is not complete, and
 // when anything follows it.

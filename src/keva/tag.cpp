@@ -71,7 +71,9 @@ void Tag::copyFrom(const Tag& other) {
   }
   NamedList<Tag> children;
   for (const auto& child : other.children_) {
-    children.append().copyFrom(*child);
+    Tag copy;
+    copy.copyFrom(*child);
+    children.append(std::move(copy));
   }
   attributes_ = std::move(attributes);
   children_ = std::move(children);  // the last: `other` may be one of the old ones

@@ -10,8 +10,9 @@
 #include "keva/tagValue.h"
 
 // The node of the tag tree. A tag owns its children, attributes, properties and value: pointers
-// that the operations return stay its own, and live as long as it does. There is no parent pointer
-// and nothing removes a node. Look-ups that find nothing return null.
+// that the operations return stay its own, and live as long as it does, those to children until
+// reorderChildren. There is no parent pointer and nothing removes a node. Look-ups that find
+// nothing return null.
 
 // Takes a text piece by piece.
 class TextSink {

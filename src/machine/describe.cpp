@@ -17,7 +17,6 @@ namespace {
 
 using huxread::Container;
 using huxread::Document;
-using huxread::Documents;
 using huxread::Error;
 using huxread::Result;
 using huxread::Section;
@@ -51,12 +50,7 @@ Result<Document> document(const Container& file, const Section& section) {
 }
 
 std::optional<Error> addSnapshot(const Container& file, const Section& section,
-                                 const Documents& documents, Description& machine) {
-  const auto known = documents.find(section.number);
-  if (known != documents.end()) {
-    readSnapshot(known->second, machine);
-    return std::nullopt;
-  }
+                                 Description& machine) {
   const auto snapshot = document(file, section);
   if (!snapshot) return snapshot.error();
   readSnapshot(*snapshot, machine);
@@ -92,14 +86,19 @@ Result<Description> describeAsset(const Container& file) {
 }  // namespace
 
 Result<Description> describe(const Container& file, platform::Host& host,
-                             const Documents& documents) {
+                             const Document* snapshot) {
   Result<Description> described = describeAsset(file);
   if (!described) return described;
   Description& machine = *described;
   const bool isSnapshot = machine.source() == Source::Snapshot;
-  const auto failure =
-      isSnapshot ? addSnapshot(file, *firstOf(file, SectionType::Snapshot), documents, machine)
-                 : addProfile(file, *firstOf(file, SectionType::CustomData), host, machine);
+  std::optional<Error> failure;
+  if (isSnapshot && snapshot != nullptr) {
+    readSnapshot(*snapshot, machine);
+  } else if (isSnapshot) {
+    failure = addSnapshot(file, *firstOf(file, SectionType::Snapshot), machine);
+  } else {
+    failure = addProfile(file, *firstOf(file, SectionType::CustomData), host, machine);
+  }
   if (failure) return *failure;
   TableData& table = machine[tableAt("machine")];
   table.recorded = true;

@@ -43,7 +43,7 @@ void writeRules(const Item& item, const char* source, const char* branchName, co
 void PostProcessFirewall(kevaDoc& snapshot, const kevaDoc& raw) {
   for (const Item& item : items(raw, "SPFirewallDataType")) {
     Tag& firewall = branch(snapshot, {"Security", "Firewall"});
-    const std::string& state = item.text("spfirewall_globalstate");
+    const SharedText& state = item.text("spfirewall_globalstate");
     for (const auto& row : kStates) {
       if (state == row.state) firewall.setAttribute("status", TagValue(row.status));
     }

@@ -21,9 +21,9 @@ void writeLibrary(kevaDoc& snapshot, platform::Host& host, const platform::Bundl
     convertDictionary(host, *dictionary, "", document);
   }
   const Item info(document.top());
-  const std::string& version = info.text(kVersion);
+  const SharedText& version = info.text(kVersion);
   const std::string name = bundle.name.substr(0, bundle.name.find('.'));
-  std::string tagName = formatString("library:%s %s", name.c_str(), version.c_str());
+  std::string tagName = formatString("library:%s %s", name.c_str(), std::string(version).c_str());
   TrimChars(tagName, " \n\r", kTrimBoth);
 
   Tag& tag =

@@ -46,6 +46,7 @@ class Keyboard {
     sigemptyset(&interrupt);
     sigaddset(&interrupt, SIGINT);
     sigprocmask(SIG_BLOCK, &interrupt, &others);
+    if (interrupted != 0) typed_.clear();  // what was pasted behind a query that was ended
     interrupted = 0;
     printOutput(prompt);
     flushOutput();
@@ -249,7 +250,11 @@ int answer(Database& database, const Arguments& arguments) {
   if (arguments.query) return session.run(*arguments.query);
   if (isatty(STDIN_FILENO) != 0 && outputTerminal().terminal) return session.prompt();
   const auto text = readBytes("-");
-  return session.run(text ? std::string_view(*text) : "");
+  if (!text) {
+    printMessage("-", text.error().message);
+    return kTrouble;
+  }
+  return session.run(*text);
 }
 
 int answerFromFiles(const Arguments& arguments) {

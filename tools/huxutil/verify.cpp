@@ -17,10 +17,10 @@ using inspect::Severity;
 
 namespace {
 
-std::vector<Finding> damageOf(const Container& file, huxread::Documents& documents) {
+std::vector<Finding> damageOf(const Container& file, std::optional<huxread::Document>& snapshot) {
   constexpr const char* kIds[] = {"HUX002", "HUX005", "HUX003", "HUX004"};  // as Problem::Kind
   std::vector<Finding> findings;
-  for (const Problem& problem : huxread::check(file, &documents)) {
+  for (const Problem& problem : huxread::check(file, &snapshot)) {
     findings.push_back(
         inspect::finding(kIds[static_cast<std::size_t>(problem.kind)], problem.message));
   }
@@ -38,10 +38,10 @@ void append(std::vector<Finding>& findings, std::vector<Finding> more) {
 // What there is to say about a file that opens; the machine in it is looked at as far as it can be
 // read.
 std::vector<Finding> findingsOf(const Container& file, bool complete) {
-  huxread::Documents documents;
-  std::vector<Finding> findings = damageOf(file, documents);
+  std::optional<huxread::Document> snapshot;
+  std::vector<Finding> findings = damageOf(file, snapshot);
   const auto host = platform::makeHost();
-  const auto machine = machine::describe(file, *host, documents);
+  const auto machine = machine::describe(file, *host, snapshot ? &*snapshot : nullptr);
   if (machine) {
     if (complete) append(findings, inspect::findGaps(*machine));
     append(findings, inspect::findRemarks(*machine));

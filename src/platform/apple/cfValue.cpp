@@ -37,7 +37,7 @@ class Converter {
   Value convert(CFTypeRef object, int depth) {
     Value scalar = scalarOf(object);
     if (scalar) {
-      if (scalar->text() != nullptr && !take(scalar->text()->size())) return std::nullopt;
+      if (scalar->text() != nullptr && !takeText(scalar->text()->size())) return std::nullopt;
       return scalar;
     }
     if (depth == Host::kMaxNesting) return std::nullopt;
@@ -51,12 +51,17 @@ class Converter {
   // below ten: a value takes 7 bytes of it or more ("<true/>"), an entry of a dictionary 13, a
   // letter in the most compact encoding a third of its UTF-8. In a binary list a value takes a byte
   // and an entry two, where it is referred to. Only objects that many others share get beyond.
-  static constexpr std::size_t kGrowth = 64;
+  static constexpr std::size_t kGrowth = 128;
 
   bool take(std::size_t bytes) {
     if (bytes > left_) return false;
     left_ -= bytes;
     return true;
+  }
+
+  bool takeText(std::size_t size) {
+    constexpr std::size_t kBlock = 64;  // bytes of memory around those of a text
+    return take(size == 0 ? 0 : size + kBlock);
   }
 
   Value convertArray(CFArrayRef object, int depth) {
@@ -83,7 +88,7 @@ class Converter {
     for (std::size_t i = 0; i < count; ++i) {
       if (!isText(keys[i])) continue;
       std::string key = textOf(static_cast<CFStringRef>(keys[i]));
-      if (!take(key.size())) return std::nullopt;
+      if (!takeText(key.size())) return std::nullopt;
       Value value = convert(values[i], depth);
       if (!value) return std::nullopt;
       dictionary.emplace_back(std::move(key), std::move(*value));
@@ -111,8 +116,7 @@ std::string textOf(CFStringRef string) {
   CFIndex used = 0;
   CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUTF8, 0, false,
                    reinterpret_cast<UInt8*>(text.data()), static_cast<CFIndex>(text.size()), &used);
-  text.resize(static_cast<std::size_t>(used));
-  return text;
+  return {text.data(), static_cast<std::size_t>(used)};  // no larger than it must be: it stays
 }
 
 std::optional<PropertyList> scalarOf(CFTypeRef object) {

@@ -58,63 +58,9 @@ software  318 applications, 12 not from a known developer
 )");
 }
 
-TEST(Card, HasBarsAndColoursOnATerminalOnly) {
-  const std::string plain = show::card(notebook(), "a.hux", kFindings, kNow, {true, 80, false});
-  const std::string coloured = show::card(notebook(), "a.hux", kFindings, kNow, {true, 80, true});
-  EXPECT_EQ(withoutColours(coloured), plain);
-  EXPECT_EQ(plain.find('\x1B'), std::string::npos);
-  EXPECT_NE(plain.find("Macintosh HD +2    █████████░░░ 361 of 494 GB"), std::string::npos);
-  EXPECT_NE(coloured.find("\x1B[1;31m████████████\x1B[0m"), std::string::npos);  // 97 % used
-}
-
 TEST(Card, LeavesOutWhatIsNotKnown) {
   EXPECT_EQ(show::card(machine::Description(machine::Source::Snapshot), "a.hux", {}, kNow, {}),
             "a Mac" + std::string(67, ' ') + "snapshot\n\n");
-  machine::Description mac(machine::Source::Snapshot);
-  addRow(mac, "machine",
-         {
-             {"name",     "Tower"       },
-             {"serial",   "ZFQYR4XYHG"  },
-             {"model_id", std::string(90, 'M')},
-             {"chip",          "Intel Xeon"                  },
-             {"packages",          std::int64_t{2}},
-             {"clock_mhz",          std::int64_t{2400}                 },
-             {"cores",          std::int64_t{12}},
-             {"memory_mb",          std::int64_t{1536}             }
-  });
-  addRow(mac, "memory",
-         {
-             {"slot", "A"   },
-             {"used", true  },
-             {"type", "DDR3"}
-  });
-  addRow(mac, "memory",
-         {
-             {"used", false}
-  });
-  addRow(mac, "video",
-         {
-             {"model",     "Kestrel 5000"   },
-             {"memory_mb", std::int64_t{512}}
-  });
-  addRow(mac, "volumes",
-         {
-             {"mount_point", "/"              },
-             {"size_bytes",  std::int64_t{999}}
-  });
-  addRow(mac, "software",
-         {
-             {"name", "One"}
-  });
-  EXPECT_EQ(show::card(mac, "a.hux", {}, kNow, {}),
-            "Tower" + std::string(67, ' ') + "snapshot\n" + std::string(65, 'M') + R"(…  ZFQYR4XYHG
-
-chip      2 x Intel Xeon, 2.4 GHz, 12 cores
-memory    1.5 GB DDR3, 1 of 2 slots in use
-graphics  Kestrel 5000 512 MB
-volume    /                  999 bytes
-software  1 application
-)");
 }
 
 TEST(Card, FitsAnyTerminalWhateverTheFileHolds) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <variant>
 
+#include "fleet/clickhouse.h"
 #include "fleet/overview.h"
 #include "fleet/scan.h"
 #include "fleet/store.h"
@@ -87,6 +88,13 @@ TEST_F(GoldenPages, ShowAFleet) {
   for (const Machine& machine : distinctMachines()) {
     fleet::Scan scan = scanned(machine);
     EXPECT_TRUE(store->add(store->prepare(scan)));
+    if (std::string(machine.name) == "virtual") {
+      fleet::ClickHouseInserts inserts;
+      std::string statements = fleet::clickHouseTables();
+      statements += inserts.add(fleet::clickHouseRows(scan));
+      statements += inserts.finish();
+      expectGolden("fleet", goldenPage("fleet", ".sql"), statements);
+    }
     if (std::string(machine.name) != "tower") continue;
     int number = 0;
     for (const Variant& variant : kVariants) {

@@ -88,6 +88,8 @@ TEST(Redact, ReplacesEverySpellingWhereverItStands) {
        "*usr-acc:j=USER-3\nfullname=USER-4\nx=USER-4 USER-4 USER-4 USER-4 USER-4-USER-4 USER-4-USER-4 USER-4"},
       {"*usr-acc:łø=a\nfullname=Łukasz Øster Großmann Will Kim\nx=lukasz oster Oester Grossmann will Kim",
        "*usr-acc:łø=USER-3\nfullname=USER-4\nx=USER-4 USER-4 USER-4 USER-4 will Kim"},
+      {"*usr-acc:j=j\nfullname=Åsé Lindqvist\nx=Åsé Lindqvist, åsé, lindqvist",
+       "*usr-acc:j=USER-3\nfullname=USER-4\nx=USER-4, åsé, USER-4"},
       // a user who is called like everything else: only where it says that it is one
       {"x=mac the mac /Users/mac/ user",                   "x=mac the mac /Users/USER-2/ user"                   },
       {"*process:1=a\nuser=mac\ncmd-line=mac -x mac",      "*process:1=a\nuser=USER-2\ncmd-line=ARGUMENTS-1"     },

@@ -35,7 +35,8 @@ class SharedText : public std::string_view {
   SharedText(SharedText&& other) noexcept
       : std::string_view(std::exchange(other.view(), "")),
         bytes_(std::exchange(other.bytes_, nullptr)) {}
-  SharedText& operator=(SharedText other) noexcept {
+  SharedText& operator=(const SharedText& other) noexcept { return *this = SharedText(other); }
+  SharedText& operator=(SharedText&& other) noexcept {
     std::swap(view(), other.view());
     std::swap(bytes_, other.bytes_);
     return *this;

@@ -36,6 +36,7 @@ class TagProperties {
   TagProperties(const TagProperties& other) { *this = other; }
   TagProperties(TagProperties&&) = default;
   TagProperties& operator=(const TagProperties& other);
+  TagProperties& operator=(TagProperties&&) = default;
   ~TagProperties() = default;
 
   const std::vector<TagProperty>& list() const;
@@ -53,6 +54,7 @@ class TagAttribute {
   TagAttribute(const TagAttribute&) = default;
   TagAttribute(TagAttribute&&) = default;
   TagAttribute& operator=(const TagAttribute&) = delete;  // a list finds it by its name
+  TagAttribute& operator=(TagAttribute&&) = delete;
   ~TagAttribute() = default;
 
   // With one property (propKey, propValue) when `propKey` is not null; a null `propValue` is "".
@@ -95,6 +97,7 @@ class Tag {
   Tag(Tag&&) noexcept;
   Tag(const Tag&) = delete;  // copyFrom says what a copy costs
   Tag& operator=(const Tag&) = delete;
+  Tag& operator=(Tag&&) = delete;
   ~Tag();
 
   // Replaces this tag, its name included, by a deep copy of `other`. Only for a tag that is in no

@@ -18,6 +18,6 @@ std::string completeTimestamp(std::string formatted, TimestampForm form) {
   const auto offset = static_cast<std::uint16_t>(hours * 60 + minutes);
   // The sign takes the place of the blank.
   formatted[kBlank] = formatted[kSign];
-  formatted.replace(kSign, std::string::npos, std::to_string(offset));
-  return formatted;
+  formatted.resize(kSign);
+  return formatted + std::to_string(offset);
 }

@@ -26,7 +26,7 @@ static_assert(kProlog.size() == 172 && kEpilogue.size() == 18);
 
 constexpr std::int32_t kChunkSize = 65536;  // bytes
 
-// What is cut off a data type's document, in bytes.
+// What of a data type's output is taken for the wrapper, in bytes.
 struct Cut {
   std::size_t front;
   std::size_t back;
@@ -75,13 +75,6 @@ constexpr Step kSteps[] = {
     {{"SPPowerDataType", nullptr},                      PieceMode::Last,   100},
 };
 
-// A piece as a document again.
-std::string wrapped(std::string piece, PieceMode mode) {
-  if (mode != PieceMode::First) piece.insert(0, kProlog);
-  if (mode != PieceMode::Last) piece += kEpilogue;
-  return piece;
-}
-
 void addDictionaries(platform::Host& host, std::string document, PropertyList::Array& profile) {
   std::optional<PropertyList> list = host.parsePropertyList(std::move(document));
   if (!list || list->array() == nullptr) return;
@@ -92,18 +85,16 @@ void addDictionaries(platform::Host& host, std::string document, PropertyList::A
 
 std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
                             std::uint32_t& length) {
-  std::string piece = runCommandUntilItPrints(
+  std::string document = runCommandUntilItPrints(
       host, formatString("system_profiler -detailLevel full -xml %s", dataType.c_str()),
       kChunkSize);
-  const Cut cut = cutFor(mode);
-  if (piece.size() < cut.front + cut.back) {
-    piece.clear();
-  } else {
-    piece.resize(piece.size() - cut.back);
-    piece.erase(0, cut.front);
-  }
-  length = static_cast<std::uint32_t>(piece.size());
-  return piece;
+  const auto [front, back] = cutFor(mode);
+  length = 0;
+  if (document.size() <= front + back) return "";
+  length = static_cast<std::uint32_t>(document.size() - front - back);
+  document.replace(0, front, kProlog.substr(0, front));
+  document.replace(document.size() - back, back, kEpilogue.substr(0, back));
+  return document;
 }
 
 PropertyList collectProfile(platform::Host& host, bool progress) {
@@ -112,8 +103,8 @@ PropertyList collectProfile(platform::Host& host, bool progress) {
     for (const char* dataType : step.dataTypes) {
       if (dataType == nullptr) continue;
       std::uint32_t length = 0;
-      std::string piece = profileDataType(host, dataType, step.mode, length);
-      if (length > 0) addDictionaries(host, wrapped(std::move(piece), step.mode), profile);
+      std::string document = profileDataType(host, dataType, step.mode, length);
+      if (length > 0) addDictionaries(host, std::move(document), profile);
     }
     if (progress && step.percent > 0) printText("%d%%\n", step.percent);
   }

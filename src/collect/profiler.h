@@ -7,16 +7,17 @@
 
 // Collects what `system_profiler` says of the machine.
 
-// Which part of one data type's document is kept, so that the pieces would make one document.
+// Which part of one data type's output is kept, so that the pieces would make one document.
 enum class PieceMode {
   Middle = 0,  // without the XML around its dictionaries
   First = 1,   // with what stands before them
   Last = 2,    // with what stands behind them
 };
 
-// Runs the profiler for one data type and returns its piece; `length` receives its length. The
-// wrapper is cut off by its length, never looked for: a document that cannot hold more than the
-// wrapper gives an empty piece.
+// Runs the profiler for one data type and returns its piece, within the wrapper that makes it a
+// document; `length` receives the length of the piece alone, in bytes. What the tool's wrapper is
+// goes by its length, and is never looked at: an output that cannot hold more than that has an
+// empty piece, and gives no document ("").
 std::string profileDataType(platform::Host& host, const std::string& dataType, PieceMode mode,
                             std::uint32_t& length);
 

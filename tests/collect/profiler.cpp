@@ -16,27 +16,27 @@ const std::string kEpilogue = "</array>\n</plist>\n";
 
 }  // namespace
 
-TEST(Profiler, CutsTheWrapperOffByItsLength) {
+TEST(Profiler, TakesTheWrapperByItsLength) {
   const struct {
     PieceMode mode;
     std::size_t printed;
-    std::string kept;
+    std::string document;
   } cases[] = {
-      {PieceMode::First,  17,  "" },
-      {PieceMode::First,  19,  "<"},
-      {PieceMode::Middle, 189, "" },
-      {PieceMode::Middle, 191, ">"},
-      {PieceMode::Last,   171, "" },
-      {PieceMode::Last,   173, ">"},
+      {PieceMode::First,  18,  ""                       },
+      {PieceMode::First,  19,  "<" + kEpilogue          },
+      {PieceMode::Middle, 190, ""                       },
+      {PieceMode::Middle, 191, kProlog + ">" + kEpilogue},
+      {PieceMode::Last,   172, ""                       },
+      {PieceMode::Last,   173, kProlog + ">"            },
   };
-  for (const auto& [mode, printed, kept] : cases) {
+  for (const auto& [mode, printed, document] : cases) {
     FakeHost host;
     std::string& output = host.outputs[kCommand + " SPx"] = std::string(printed, ' ');
     output[0] = '<';
     if (printed > 172) output[172] = '>';
     std::uint32_t length = 99;
-    EXPECT_EQ(profileDataType(host, "SPx", mode, length), kept) << printed << " bytes";
-    EXPECT_EQ(length, kept.size()) << printed << " bytes";
+    EXPECT_EQ(profileDataType(host, "SPx", mode, length), document) << printed << " bytes";
+    EXPECT_EQ(length, document.empty() ? 0U : 1U) << printed << " bytes";
   }
 }
 

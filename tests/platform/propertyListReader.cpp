@@ -77,6 +77,33 @@ TEST(PropertyListReader, LooksAtTheDocumentUpToItsEnd) {
   }
 }
 
+// Blocks of a document are looked at as a whole.
+TEST(PropertyListReader, FindsWhatItLooksForWhereverItStands) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"<data/></plist>",                          "refused"},
+      {"<data></data></plist>",                    "data"   },
+      {"<!--& <data/>--><true/></plist>",          "true"   },
+      {"<!--\xFF--><true/></plist>",               "refused"},
+      {"<true/></plist><data/>",                   "true"   },
+      {"<true/></plist><!--",                      "true"   },
+      {"<true/></plist>&",                         "true"   },
+      {"<string>&</string></plist>",               "refused"},
+      {"<string>&amp;</string></plist>",           "\"&\""  },
+      {"<string>\xE2\x80\x99</string></plist>",    "\"’\""},
+      {"<string>\xE2\x80</string></plist>",        "refused"},
+      {"<string><![CDATA[ & ]]></string></plist>", "\" & \""},
+      {"<true/>\0</plist>"s,                       "refused"},
+  };
+  for (std::size_t before = 0; before < 80; ++before) {
+    for (const auto& [document, value] : cases) {
+      EXPECT_EQ(
+          readDocument("<plist>" + std::string(before, ' ') + document + std::string(80, ' ')),
+          value)
+          << before << document;
+    }
+  }
+}
+
 TEST(PropertyListReader, RefusesDeepNestingWithoutExhaustingTheStack) {
   for (const std::string element : {"array", "dict", "string"}) {
     std::string start;

@@ -1,5 +1,6 @@
 #include "platform/portable/xmlScan.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -44,67 +45,115 @@ bool isEmptyTag(std::string_view tag) {
   return end != std::string_view::npos && tag[end - 1] == '/';
 }
 
-// A text without comments and CDATA sections.
-bool areReferencesKnown(std::string_view text) {
-  constexpr std::size_t kLongestReference = 16;
-  for (std::size_t at = 0; (at = text.find('&', at)) != std::string_view::npos; ++at) {
-    const std::string_view rest = text.substr(at + 1, kLongestReference - 1);
-    const std::size_t length = rest.find(';');
-    if (length == std::string_view::npos || !isKnownReference(rest.substr(0, length))) return false;
-  }
-  return true;
+// `text` begins with "&".
+bool isKnownReferenceAhead(std::string_view text) {
+  constexpr std::size_t kLongest = 16;  // bytes
+  const std::string_view name = text.substr(1, kLongest - 1);
+  const std::size_t length = name.find(';');
+  return length != std::string_view::npos && isKnownReference(name.substr(0, length));
 }
 
-// Whether all of it is UTF-8, without a NUL byte. Nearly all of a document is ASCII: blocks of it
-// are looked at as a whole.
+// A character that never has to be looked at closer.
+bool isPlain(char c) {
+  return static_cast<signed char>(c) > 0 && c != '<' && c != '&';
+}
+
+// The length of the character at the start of `text`; 0 when it is none, or NUL.
+std::size_t characterLength(std::string_view text) {
+  return text.front() == '\0' ? 0 : utf8SequenceLength(text);
+}
+
 bool isPlainText(std::string_view text) {
-  constexpr std::size_t kBlock = 64;  // bytes
-  const auto isAscii = [](const char* block) {
-    std::uint8_t bits = 0;  // the highest is set by a byte beyond ASCII, and by 0 - 1
-    for (std::size_t i = 0; i < kBlock; ++i) {
-      const auto byte = static_cast<std::uint8_t>(block[i]);
-      bits = static_cast<std::uint8_t>(bits | byte | (byte - 1));
-    }
-    return bits < 0x80;
-  };
   while (!text.empty()) {
-    const bool ascii = text.size() >= kBlock && isAscii(text.data());
-    const std::size_t length = ascii ? kBlock : utf8SequenceLength(text);
-    if (length == 0 || text.front() == '\0') return false;
+    const std::size_t length = characterLength(text);
+    if (length == 0) return false;
     text.remove_prefix(length);
   }
   return true;
 }
 
+constexpr std::size_t kBlock = 32;     // bytes
+constexpr std::size_t kLookAhead = 4;  // bytes behind it
+
+// Whether nothing begins in a block that has to be looked at closer, as it is with nearly all of a
+// document: nothing but ASCII, without NUL, "&", "<!", "</p" and "<data". The same for each byte,
+// and no way out, so that compilers make it a few steps for the whole.
+bool isDull(const char* block) {
+  std::uint8_t found = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const char* const c = block + i;
+    const bool tag = (c[0] == '<') & ((c[1] == '!') | ((c[1] == '/') & (c[2] == 'p')) |
+                                      ((c[1] == 'd') & (c[4] == 'a')));
+    found |= static_cast<std::uint8_t>(tag | (c[0] == '&') | (static_cast<signed char>(c[0]) <= 0));
+  }
+  return found == 0;
+}
+
+// Goes through a document character by character, or block by block where it can.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view document) : document_(document) {}
+
+  std::optional<XmlScan> scan() {
+    while (at_ < document_.size() && !ended_) {
+      if (document_.size() - at_ >= kBlock + kLookAhead && isDull(document_.data() + at_)) {
+        at_ += kBlock;
+        continue;
+      }
+      const std::size_t end = std::min(at_ + kBlock, document_.size());
+      while (at_ < end && !ended_) {
+        if (isPlain(document_[at_])) {
+          ++at_;
+        } else if (!step()) {
+          return std::nullopt;
+        }
+      }
+    }
+    xml_.length = at_;
+    return xml_;
+  }
+
+ private:
+  // Whether what stands there is allowed.
+  bool step() {
+    const std::string_view rest = document_.substr(at_);
+    if (rest.starts_with('<')) {
+      constexpr std::string_view kComment = "<!--";
+      constexpr std::string_view kCdata = "<![CDATA[";
+      if (rest.starts_with(kComment)) return skip(kComment, "-->");
+      if (rest.starts_with(kCdata)) {
+        xml_.hasCdata = true;
+        return skip(kCdata, "]]>");
+      }
+      if (rest.starts_with("<data") && isEmptyTag(rest)) return false;
+      const std::size_t last = endTagLength(rest);
+      ended_ = last > 0;
+      at_ += ended_ ? last : 1;
+      return true;
+    }
+    if (rest.starts_with('&') && !isKnownReferenceAhead(rest)) return false;
+    const std::size_t length = characterLength(rest);
+    at_ += length;
+    return length > 0;
+  }
+
+  // A part of the document in which nothing but its end means anything.
+  bool skip(std::string_view opening, std::string_view closing) {
+    const std::size_t begin = at_ + opening.size();
+    at_ = document_.find(closing, begin);
+    return at_ != std::string_view::npos && isPlainText(document_.substr(begin, at_ - begin));
+  }
+
+  std::string_view document_;
+  std::size_t at_ = 0;
+  bool ended_ = false;  // behind "</plist>"
+  XmlScan xml_;
+};
+
 }  // namespace
 
 std::optional<XmlScan> scanXml(std::string_view document) {
-  constexpr std::string_view kComment = "<!--";
-  constexpr std::string_view kCdata = "<![CDATA[";
-  XmlScan xml{document.size()};
-  std::size_t checked = 0;  // up to here references are known
-  for (std::size_t at = 0; (at = document.find('<', at)) != std::string_view::npos; ++at) {
-    const std::string_view rest = document.substr(at);
-    const char second = rest.size() > 1 ? rest[1] : '\0';
-    if (second == '/') {
-      const std::size_t length = endTagLength(rest);
-      if (length == 0) continue;
-      xml.length = at + length;
-      break;
-    }
-    if (second == 'd' && rest.starts_with("<data") && isEmptyTag(rest)) return std::nullopt;
-    if (second != '!') continue;
-    const bool comment = rest.starts_with(kComment);
-    if (!comment && !rest.starts_with(kCdata)) continue;
-    if (!areReferencesKnown(document.substr(checked, at - checked))) return std::nullopt;
-    xml.hasCdata = xml.hasCdata || !comment;
-    at = document.find(comment ? "-->" : "]]>", at + (comment ? kComment : kCdata).size());
-    if (at == std::string_view::npos) return std::nullopt;
-    checked = at;
-  }
-  const std::string_view text = document.substr(0, xml.length);
-  if (!areReferencesKnown(text.substr(checked)) || !isPlainText(text)) return std::nullopt;
-  return xml;
+  return Scanner(document).scan();
 }
 
 }  // namespace platform

@@ -52,8 +52,18 @@ TagValue numberValue(const PropertyList::Number& number, Level level) {
   return TagValue();
 }
 
+// Letters, digits and "_".
+constexpr auto kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (const char c :
+       std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_")) {
+    plain[static_cast<unsigned char>(c)] = true;
+  }
+  return plain;
+}();
+
 bool isPlain(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '_';
+  return kPlain[static_cast<unsigned char>(c)];
 }
 
 // A place in the document. Its tags are made when the first value is set below it: arrays and

@@ -2,7 +2,9 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "base/assertion.h"
@@ -14,10 +16,10 @@ constexpr int kLevel = 9;
 
 }  // namespace
 
-Deflater::Deflater(const DeflateSite& site) : site_(site), stream_(std::make_unique<z_stream_s>()) {
+Deflater::Deflater(const DeflateSite& site)
+    : site_(site), stream_(std::make_unique<z_stream_s>()), chunk_(kChunk) {
   requireThat(deflateInit(stream_.get(), kLevel) == Z_OK, site.file, site.streamLine,
               "ret == Z_OK");
-  chunk_.reserve(kChunk);
 }
 
 Deflater::~Deflater() {
@@ -27,10 +29,11 @@ Deflater::~Deflater() {
 void Deflater::write(std::string_view piece) {
   while (!piece.empty()) {
     // Not as soon as it is full: the last chunk ends the stream, and it has something in it.
-    if (chunk_.size() == kChunk) deflateChunk(Z_NO_FLUSH);
-    const std::string_view fitting = piece.substr(0, kChunk - chunk_.size());
-    chunk_ += fitting;
-    piece.remove_prefix(fitting.size());
+    if (filled_ == kChunk) deflateChunk(Z_NO_FLUSH);
+    const std::size_t fitting = std::min(piece.size(), kChunk - filled_);
+    std::memcpy(chunk_.data() + filled_, piece.data(), fitting);
+    filled_ += fitting;
+    piece.remove_prefix(fitting);
   }
 }
 
@@ -42,7 +45,7 @@ std::string Deflater::finish() {
 void Deflater::deflateChunk(int flush) {
   std::array<char, kChunk> output{};
   stream_->next_in = reinterpret_cast<Bytef*>(chunk_.data());
-  stream_->avail_in = static_cast<uInt>(chunk_.size());
+  stream_->avail_in = static_cast<uInt>(filled_);
   int ret = Z_OK;
   do {
     stream_->next_out = reinterpret_cast<Bytef*>(output.data());
@@ -55,7 +58,7 @@ void Deflater::deflateChunk(int flush) {
   if (flush == Z_FINISH) {
     requireThat(ret == Z_STREAM_END, site_.file, site_.endLine, "ret == Z_STREAM_END");
   }
-  chunk_.clear();
+  filled_ = 0;
 }
 
 std::string deflateOrEnd(std::string_view input, const DeflateSite& site) {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "keva/tag.h"
 
@@ -43,7 +44,8 @@ class Deflater : public TextSink {
 
   const DeflateSite& site_;
   std::unique_ptr<z_stream_s> stream_;
-  std::string chunk_;  // what waits for more, at most a chunk
+  std::vector<char> chunk_;  // what waits for more
+  std::size_t filled_ = 0;   // bytes of it
   std::string result_;
 };
 

@@ -21,31 +21,43 @@ class NamedList {
   // Walks the nodes in their order, as pointers.
   class Iterator {
    public:
-    Iterator(const NamedList& list, std::size_t block) : list_(&list), block_(block) {}
+    Iterator() = default;  // at the end
+    explicit Iterator(const NamedList& list) : list_(&list) { enter(list.first_); }
 
-    Node* operator*() const { return &list_->blocks_[block_][place_]; }
+    Node* operator*() const { return node_; }
 
     Iterator& operator++() {
-      if (++place_ == list_->blocks_[block_].size()) {
-        ++block_;
-        place_ = 0;
+      if (++node_ == last_) {
+        if (next_ < list_->more_.size()) {
+          enter(list_->more_[next_++]);
+        } else {
+          node_ = nullptr;
+        }
       }
       return *this;
     }
 
-    bool operator==(const Iterator&) const = default;
+    bool operator==(const Iterator& other) const { return node_ == other.node_; }
 
    private:
-    const NamedList* list_;
-    std::size_t block_;
-    std::size_t place_ = 0;  // in the block
+    void enter(std::vector<Node>& block) {
+      node_ = block.empty() ? nullptr : block.data();
+      last_ = block.data() + block.size();
+    }
+
+    const NamedList* list_ = nullptr;
+    Node* node_ = nullptr;  // null at the end
+    Node* last_ = nullptr;  // the end of its block
+    std::size_t next_ = 0;  // of the blocks behind the first
   };
 
   std::size_t size() const { return size_; }
 
   // Null when `index` is not below size().
   Node* at(std::size_t index) const {
-    for (std::vector<Node>& block : blocks_) {
+    if (index < first_.size()) return &first_[index];
+    index -= first_.size();
+    for (std::vector<Node>& block : more_) {
       if (index < block.size()) return &block[index];
       index -= block.size();
     }
@@ -55,10 +67,8 @@ class NamedList {
   // The first node of that name; null when there is none.
   Node* find(std::string_view name) const {
     if (size_ < kIndexFrom) {
-      for (std::vector<Node>& block : blocks_) {
-        for (Node& node : block) {
-          if (node.name() == name) return &node;
-        }
+      for (Node* node : *this) {
+        if (node->name() == name) return node;
       }
       return nullptr;
     }
@@ -69,17 +79,19 @@ class NamedList {
 
   // Says that so many nodes are likely to come: an empty list then takes no more room than they.
   void expect(std::size_t count) {
-    if (blocks_.empty() && count > 0) blocks_.emplace_back().reserve(count);
+    if (first_.capacity() == 0) first_.reserve(count);
   }
 
   // Makes a node of what its constructor takes.
   template <typename... Arguments>
   Node& append(Arguments&&... arguments) {
-    constexpr std::size_t kRoom = 128;  // bytes; most lists are short
-    if (blocks_.empty() || blocks_.back().size() == blocks_.back().capacity()) {
-      blocks_.emplace_back().reserve(std::max(kRoom / sizeof(Node), size_ + 1));
+    std::vector<Node>* block = more_.empty() ? &first_ : &more_.back();
+    if (block->size() == block->capacity()) {
+      constexpr std::size_t kRoom = 128;  // bytes; most lists are short
+      if (size_ > 0) block = &more_.emplace_back();
+      block->reserve(std::max(kRoom / sizeof(Node), size_ + 1));
     }
-    Node& added = blocks_.back().emplace_back(std::forward<Arguments>(arguments)...);
+    Node& added = block->emplace_back(std::forward<Arguments>(arguments)...);
     ++size_;
     if (index_) index_->byName.try_emplace(added.name(), &added);
     return added;
@@ -91,8 +103,8 @@ class NamedList {
     std::vector<Node> sorted;
     sorted.reserve(order.size());
     for (const std::size_t from : order) sorted.push_back(std::move(*at(from)));
-    blocks_.clear();
-    if (!sorted.empty()) blocks_.push_back(std::move(sorted));
+    first_ = std::move(sorted);
+    more_.clear();
     index_.reset();
   }
 
@@ -106,8 +118,8 @@ class NamedList {
     return n;
   }
 
-  Iterator begin() const { return {*this, 0}; }
-  Iterator end() const { return {*this, size_ == 0 ? 0 : blocks_.size()}; }
+  Iterator begin() const { return Iterator(*this); }
+  Iterator end() const { return {}; }
 
  private:
   static constexpr std::size_t kIndexFrom = 24;
@@ -123,10 +135,11 @@ class NamedList {
     for (Node* node : *this) index_->byName.try_emplace(node->name(), node);
   }
 
-  // None grows beyond what it reserved, and only the first can be empty. Each is longer than all
-  // before it together, so that few nodes cost an allocation of their own. Mutable, since the nodes
-  // of a constant list are not constant.
-  mutable std::vector<std::vector<Node>> blocks_;
+  // Blocks of nodes, of which none grows beyond what it reserved. Each is longer than all before it
+  // together, so that few nodes cost an allocation of their own, and most lists are one. Mutable,
+  // since the nodes of a constant list are not constant.
+  mutable std::vector<Node> first_;
+  mutable std::vector<std::vector<Node>> more_;
   std::size_t size_ = 0;
   mutable std::unique_ptr<Index> index_;
 };

@@ -19,5 +19,6 @@ std::string completeTimestamp(std::string formatted, TimestampForm form) {
   // The sign takes the place of the blank.
   formatted[kBlank] = formatted[kSign];
   formatted.resize(kSign);
-  return formatted + std::to_string(offset);
+  formatted += std::to_string(offset);
+  return formatted;
 }

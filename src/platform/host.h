@@ -88,7 +88,7 @@ class Host {
   // A date, in the same seconds, in the local time zone by a pattern of Unicode TR 35, e.g.
   // "yyyyMMddHHmmss.000000 ZZ" or "yyyy-MM-dd", in ASCII and by the Gregorian calendar whatever the
   // user's region. Off the Mac those letters are all that is known.
-  virtual std::string formatDate(double seconds, const std::string& pattern) = 0;
+  virtual std::string formatDate(double seconds, std::string_view pattern) = 0;
 
   static constexpr int kMaxNesting = 512;
 };

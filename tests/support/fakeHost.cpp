@@ -74,6 +74,6 @@ double FakeHost::now() {
   return time;
 }
 
-std::string FakeHost::formatDate(double seconds, const std::string& pattern) {
+std::string FakeHost::formatDate(double seconds, std::string_view pattern) {
   return platform::formatLocalDate(seconds, pattern);
 }

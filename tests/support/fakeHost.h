@@ -36,5 +36,5 @@ class FakeHost : public platform::Host {
   std::vector<platform::Bundle> bundles(const std::string& folder,
                                         std::span<const std::string_view> keys) override;
   double now() override;
-  std::string formatDate(double seconds, const std::string& pattern) override;
+  std::string formatDate(double seconds, std::string_view pattern) override;
 };

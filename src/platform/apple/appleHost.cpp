@@ -37,7 +37,7 @@ double AppleHost::now() {
   return presentTime();
 }
 
-std::string AppleHost::formatDate(double seconds, const std::string& pattern) {
+std::string AppleHost::formatDate(double seconds, std::string_view pattern) {
   return formatLocalDate(seconds, pattern);
 }
 

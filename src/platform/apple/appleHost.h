@@ -14,7 +14,7 @@ class AppleHost : public Host {
   std::vector<Bundle> bundles(const std::string& folder,
                               std::span<const std::string_view> keys) override;
   double now() override;
-  std::string formatDate(double seconds, const std::string& pattern) override;
+  std::string formatDate(double seconds, std::string_view pattern) override;
 };
 
 }  // namespace platform::apple

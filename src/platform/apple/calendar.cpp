@@ -20,7 +20,7 @@ bool isAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-std::string formatFor(CFLocaleRef locale, double seconds, const std::string& pattern) {
+std::string formatFor(CFLocaleRef locale, double seconds, std::string_view pattern) {
   const Owned<CFDateFormatterRef> formatter(
       CFDateFormatterCreate(nullptr, locale, kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
   const Owned<CFStringRef> format = makeString(pattern);
@@ -38,7 +38,7 @@ double presentTime() {
   return CFAbsoluteTimeGetCurrent();
 }
 
-std::string formatLocalDate(double seconds, const std::string& pattern) {
+std::string formatLocalDate(double seconds, std::string_view pattern) {
   const Owned<CFLocaleRef> user(CFLocaleCopyCurrent());
   if (isGregorian(user.get())) {
     std::string text = formatFor(user.get(), seconds, pattern);

@@ -54,7 +54,7 @@ double presentTime() {
   return std::chrono::duration<double>(sinceEpoch).count() - k2001;
 }
 
-std::string formatLocalDate(double seconds, const std::string& pattern) {
+std::string formatLocalDate(double seconds, std::string_view pattern) {
   const auto time = static_cast<std::time_t>(std::floor(seconds + k2001));
   std::tm local{};
   if (localtime_r(&time, &local) == nullptr) return "";
@@ -70,6 +70,7 @@ std::string formatLocalDate(double seconds, const std::string& pattern) {
       {"ss",   local.tm_sec        },
   };
   std::string text;
+  text.reserve(pattern.size() + 8);
   for (std::string_view rest = pattern; !rest.empty();) {
     const auto* field = std::ranges::find_if(
         fields, [rest](const auto& known) { return rest.starts_with(known.letters); });

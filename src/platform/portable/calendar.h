@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -22,6 +23,6 @@ double presentTime();
 
 // Host::formatDate in the local time zone (TZ). Letters of the pattern other than the known ones
 // (yyyy MM dd HH mm ss ZZ) and everything else are copied.
-std::string formatLocalDate(double seconds, const std::string& pattern);
+std::string formatLocalDate(double seconds, std::string_view pattern);
 
 }  // namespace platform

@@ -38,7 +38,7 @@ double PortableHost::now() {
   return presentTime();
 }
 
-std::string PortableHost::formatDate(double seconds, const std::string& pattern) {
+std::string PortableHost::formatDate(double seconds, std::string_view pattern) {
   return formatLocalDate(seconds, pattern);
 }
 

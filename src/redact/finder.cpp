@@ -5,16 +5,15 @@
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
-#include <span>
 #include <unordered_set>
 #include <utility>
 
 #include "base/digits.h"
 #include "base/formatString.h"
-#include "base/text.h"
 #include "inspect/letterCase.h"
 #include "redact/derived.h"
 #include "redact/displayBlock.h"
+#include "redact/edits.h"
 #include "redact/shapes.h"
 #include "redact/spellings.h"
 
@@ -126,49 +125,6 @@ std::string interfaceOf(const std::string& digits) {
                       number(4) << 8 | 0xFF, 0xFE00 | number(6), number(8) << 8 | number(10));
 }
 
-std::string cased(std::string_view digits, bool upper) {
-  return upper ? toUpper(digits) : std::string(digits);
-}
-
-// Puts digits in the place of those of an address, in its own spelling.
-std::string spelledAs(std::string_view original, std::string_view digits) {
-  const auto isHex = [](char c) {
-    return std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos;
-  };
-  const auto isEncoded = [original](std::size_t i) { return original.substr(i, 1) == "%"; };
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < original.size(); i += isEncoded(i) ? 3 : 1)
-    count += isHex(original[i]) ? 1 : 0;
-  const bool upper = original.find_first_of("ABCDEF") != std::string_view::npos;
-  const std::string now = cased(digits, upper);
-  std::string spelled;
-  if (count != digits.size()) {  // leading zeros were left out
-    for (std::size_t i = 0; i < now.size(); i += 2)
-      spelled += (i == 0 ? "" : ":") + now.substr(i, 2);
-    return spelled;
-  }
-  std::size_t at = 0;
-  for (std::size_t i = 0; i < original.size(); ++i) {
-    if (isEncoded(i)) {  // "%2D"
-      spelled += original.substr(i, 3);
-      i += 2;
-    } else {
-      spelled += isHex(original[i]) ? now[at++] : original[i];
-    }
-  }
-  return spelled;
-}
-
-std::string rendered(const Secret& secret, std::string_view original) {
-  const bool digits = secret.kind == Kind::HardwareAddress || secret.kind == Kind::Uuid;
-  if (digits) return spelledAs(original, secret.token);
-  std::string token = secret.token;
-  // With a blank it is no name on a network, as it was none.
-  if (secret.kind == Kind::Host && original.find(' ') != std::string_view::npos)
-    std::ranges::replace(token, '-', ' ');
-  return token;
-}
-
 // What base64 stands for; what is none is passed over.
 std::string decoded(std::string_view text) {
   constexpr std::string_view kDigits =
@@ -195,12 +151,6 @@ bool isWithinWord(std::string_view text, std::size_t at) {
   return !(at >= 3 && text[at - 3] == '%');
 }
 
-// Whether a part lies in one of the ranges, which are in order.
-bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
-  const auto after = std::ranges::upper_bound(ranges, begin, {}, &Range::first);
-  return after != ranges.begin() && std::prev(after)->second >= end;
-}
-
 // Where a name stands in its field: the whole of it but what every one begins with.
 Range nameRange(std::string_view text, const Field& field, Kind kind) {
   const std::string_view value = text.substr(field.begin, field.end - field.begin);
@@ -209,75 +159,7 @@ Range nameRange(std::string_view text, const Field& field, Kind kind) {
   return {field.begin + from, field.begin + from + name.size()};
 }
 
-// The longest of what begins first; nothing that overlaps it.
-std::vector<Edit> chosen(std::vector<Edit> edits) {
-  std::ranges::stable_sort(edits, [](const Edit& a, const Edit& b) {
-    return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;
-  });
-  std::vector<Edit> kept;
-  for (Edit& edit : edits) {
-    if (kept.empty() || edit.begin >= kept.back().end) kept.push_back(std::move(edit));
-  }
-  return kept;
-}
-
-// What the elements of a property list are called is nobody's name, whoever is called so too.
-void addElementNames(std::string_view text, std::vector<Range>& ranges) {
-  constexpr std::string_view kNames[] = {"?xml", "!DOCTYPE", "plist", "array", "dict",
-                                         "key",  "string",   "data",  "date",  "integer",
-                                         "real", "true",     "false"};
-  constexpr std::size_t kLongest = 8;  // of these names
-  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
-    if (text.substr(++at).starts_with('/')) ++at;
-    const std::string_view begin = text.substr(at, kLongest + 1);
-    const std::string_view name = begin.substr(0, begin.find_first_of("/> \t\r\n"));
-    if (std::ranges::find(kNames, name) != std::end(kNames))
-      ranges.emplace_back(at, at + name.size());
-  }
-}
-
-bool has(std::string_view text, char c) {
-  return text.find(c) != std::string_view::npos;
-}
-
-// What makes a text that of a document stays: its first line, the mark that a line begins with, and
-// in a line that has no other one the first "=". A name that goes over them is replaced on both
-// sides.
-std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits) {
-  constexpr std::string_view kMarks = "+*~";
-  std::vector<Edit> kept;
-  for (std::size_t next = 0; next < edits.size();) {
-    const std::size_t line = text.rfind('\n', edits[next].begin) + 1;
-    const std::size_t end = std::min(text.find('\n', line), text.size());
-    const std::size_t first = next;
-    bool isEntry = false;
-    std::size_t at = line;
-    for (; next < edits.size() && edits[next].begin < end; at = edits[next++].end)
-      isEntry = isEntry || has(text.substr(at, edits[next].begin - at), '=');
-    isEntry = isEntry || has(text.substr(at, end - at), '=');
-    if (line == 0) continue;
-    for (Edit& edit : std::span(edits).subspan(first, next - first)) {
-      if (edit.begin == line && has(kMarks, text[line])) ++edit.begin;
-      const std::size_t equals = isEntry ? end : text.find('=', edit.begin);
-      if (equals < edit.end) {
-        isEntry = true;
-        if (edit.begin < equals) {
-          kept.push_back(edit);
-          kept.back().end = equals;
-        }
-        edit.begin = equals + 1;
-      }
-      if (edit.begin < edit.end) kept.push_back(std::move(edit));
-    }
-  }
-  return kept;
-}
-
 }  // namespace
-
-std::string shownToken(const Secret& secret) {
-  return rendered(secret, secret.text);
-}
 
 void collect(std::string_view text, Form form, Secrets& secrets) {
   std::unordered_set<std::string_view> keys;

@@ -7,25 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "redact/edits.h"
 #include "redact/matcher.h"
 #include "redact/secrets.h"
 #include "redact/walk.h"
 
 namespace redact {
-
-using Range = std::pair<std::size_t, std::size_t>;  // the begin and end of a part of a text
-
-// A part of a text and what is to stand there.
-struct Edit {
-  std::size_t begin;
-  std::size_t end;
-  std::size_t secret;
-  std::string text;
-  bool part;  // of the secret, not the whole of it
-};
-
-// What stands for the secret as it was first found.
-std::string shownToken(const Secret& secret);
 
 // What a document is, for its walk; None of a text that is neither.
 enum class Form { None, Document, Profile };

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "redact/secrets.h"
+
+// Parts of a text and what is put in their place.
+
+namespace redact {
+
+using Range = std::pair<std::size_t, std::size_t>;  // the begin and end of a part of a text
+
+// Whether a part lies in one of the ranges, which are in order.
+bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end);
+
+struct Edit {
+  std::size_t begin;
+  std::size_t end;
+  std::size_t secret;
+  std::string text;
+  bool part;  // of the secret, not the whole of it
+};
+
+// The longest of what begins first; nothing that overlaps it.
+std::vector<Edit> chosen(std::vector<Edit> edits);
+
+// Adds where the names of a property list's elements stand: they are nobody's name, whoever is
+// called so too.
+void addElementNames(std::string_view text, std::vector<Range>& ranges);
+
+// What makes a text that of a document stays: its first line, the mark that a line begins with, and
+// in a line that has no other one the first "=". A name that goes over them is replaced on both
+// sides.
+std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits);
+
+// What stands for the secret where it was found spelled as `original`.
+std::string rendered(const Secret& secret, std::string_view original);
+
+// What stands for it as it was first found.
+std::string shownToken(const Secret& secret);
+
+}  // namespace redact

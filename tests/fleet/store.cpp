@@ -10,7 +10,7 @@
 
 #include "base/isoTime.h"
 #include "fleet/query.h"
-#include "inspect/madeUp.h"
+#include "support/rows.h"
 #include "support/workingFolder.h"
 
 using fleet::Scan;
@@ -29,19 +29,14 @@ struct Visit {
 };
 
 Scan scanOf(const Visit& visit) {
-  machine::Description machine(machine::Source::Snapshot);
-  put(machine, "machine",
-      {
-          {"source", "snapshot"}
-  });
-  machine::Row& row = machine[machine::tableAt("machine")].rows[0];
-  const auto set = [&row](const char* name, const char* value) {
-    if (*value != '\0') row[columnAt("machine", name)] = std::string(value);
-    return row[columnAt("machine", name)];
+  const auto with = [](const char* column, std::string_view value) {
+    return value.empty() ? "" : " | " + std::string(column) + "=" + std::string(value);
   };
-  const machine::Value serial = set("serial", visit.serial);
-  const machine::Value uuid = set("uuid", visit.uuid);
-  set("scanned_at", visit.time);
+  const auto machine = described(machine::Source::Snapshot,
+                                 "machine: source=snapshot" + with("serial", visit.serial) +
+                                     with("uuid", visit.uuid) + with("scanned_at", visit.time));
+  const machine::Value& serial = machine.machine(columnAt("machine", "serial"));
+  const machine::Value& uuid = machine.machine(columnAt("machine", "uuid"));
   const std::string bytes = std::string("bytes of ") + visit.file;
   return {visit.file,
           bytes,
@@ -73,13 +68,8 @@ Scan weekOf(int machine, int week) {
   const std::string time = "2026-05-0" + std::to_string(week + 1) + "T08:00:00Z";
   Scan scan = scanOf({file.c_str(), number.c_str(), "", time.c_str()});
   for (int i = 0; i < 5; ++i) {
-    const std::string name = "App " + std::to_string(i);
-    const std::string version = std::to_string(i < machine % 5 ? week : machine);
-    put(scan.machine, "software",
-        {
-            {"name",    name.c_str()   },
-            {"version", version.c_str()}
-    });
+    addRows(scan.machine, "software: name=App " + std::to_string(i) +
+                              " | version=" + std::to_string(i < machine % 5 ? week : machine));
   }
   scan.findings.push_back(inspect::finding("HUX201", number));
   return scan;
@@ -147,12 +137,8 @@ TEST_F(FleetStore, LatestScanIsByInstantAndByMachine) {
 
 // Who can choose a file's bytes can make two with one digest, and rows with one hash.
 TEST_F(FleetStore, EqualDigestsAndHashesDoNotMixUpWhatDiffers) {
-  const auto collide = [](Store& store, Scan scan, const char* version) {
-    put(scan.machine, "software",
-        {
-            {"name",    "Safari"},
-            {"version", version }
-    });
+  const auto collide = [](Store& store, Scan scan, const std::string& version) {
+    addRows(scan.machine, "software: name=Safari | version=" + version);
     scan.digest = "d";
     Store::Prepared prepared = store.prepare(scan);
     for (auto& key : prepared.keys[machine::tableAt("software")].keys) key.hash = 7;
@@ -179,17 +165,8 @@ TEST_F(FleetStore, EqualDigestsAndHashesDoNotMixUpWhatDiffers) {
 TEST_F(FleetStore, KeepsWhatIsKnownAsItIs) {
   Store store = open();
   Scan scan = scanOf({"a", "A", "", ""});
-  put(scan.machine, "usb",
-      {
-          {"serial",   "0012"},
-          {"hub",      true  },
-          {"power_ma", 500   }
-  });
-  put(scan.machine, "usb",
-      {
-          {"name", "\xC3\xA9 \"x\"\n"}
-  });
-  scan.machine[machine::tableAt("usb")].rows[1][columnAt("usb", "speed_mbit_s")] = 1.5;
+  addRows(scan.machine, "usb: serial=0012 | hub=true | power_ma=500\nusb: speed_mbit_s=1.5");
+  lastValue(scan.machine, "usb", "name") = "\xC3\xA9 \"x\"\n";
   scan.findings.push_back(inspect::finding("HUX201", "off"));
   add(store, scan);
   EXPECT_THAT(answer(store,

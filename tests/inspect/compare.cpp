@@ -2,46 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/rows.h"
 
 // Rows are told apart by what identifies them, and only what both files know counts.
 
 using inspect::Change;
 using machine::Description;
 using machine::Source;
-using machine::Type;
 
 namespace {
-
-machine::Value valueOf(Type type, const std::string& text) {
-  if (type == Type::Flag) return text == "true";
-  if (type == Type::Integer) return std::int64_t{std::atoi(text.c_str())};
-  return text;
-}
-
-// "users,name=a,uid=1; memory": rows, each as its table and what it knows.
-Description described(Source source, const std::string& rows) {
-  Description machine(source);
-  std::istringstream lines(rows);
-  for (std::string line; std::getline(lines >> std::ws, line, ';');) {
-    std::istringstream parts(line);
-    std::string part;
-    std::getline(parts, part, ',');
-    const std::string table = part;
-    machine::TableData& data = machine[machine::tableAt(table)];
-    data.recorded = true;
-    data.rows.push_back(machine::emptyRow(machine::tableAt(table)));
-    while (std::getline(parts, part, ',')) {
-      const std::size_t at = machine::columnAt(table, part.substr(0, part.find('=')));
-      data.rows.back()[at] =
-          valueOf(machine::findTable(table)->columns[at].type, part.substr(part.find('=') + 1));
-    }
-  }
-  return machine;
-}
 
 // "-disks A; users mara.uid"
 std::string shown(const std::vector<Change>& changes) {
@@ -66,67 +38,81 @@ std::string compared(const char* before, const char* after,
 }  // namespace
 
 TEST(Compare, TellsRowsByWhatIdentifiesThem) {
-  const struct {
-    const char* what;
-    const char* before;
-    const char* after;
-    const char* changes;
-  } cases[] = {
-      {"another order",                              "users,name=a,uid=1; users,name=b,uid=2",
-       "users,name=b,uid=2; users,name=a,uid=1",                                                                                                                             ""                  },
-      {"an update in its place, and one that moved",
-       "software,path=/A,name=A,version=1; software,path=/B,name=B",                                         "software,path=/A,name=A,version=2; software,path=/C/B,name=B",
-       "software A.version; -software B; +software B"                                                                                                                                            },
-      {"one file knows less of what identifies",
-       "disks,model=M,internal=true; usb,name=Hub,version=1; usb,name=Hub,vendor_id=7,version=2",            "disks,model=M,serial=S,internal=false; usb,name=Hub,vendor_id=7,version=2; "
-       "usb,name=Hub,vendor_id=8,version=1",                                "disks M.internal"  },
-      {"a part replaced by one of the same model",   "disks,model=M,serial=S",
-       "disks,model=M,serial=T",                                                                                                                                             "-disks M; +disks M"},
-      {"one of several with one name",               "software,name=A,version=1; software,name=A,version=2",
-       "software,name=A,version=3; software,name=A,version=1",                                                                                                               "software A.version"},
-      {"rows without a name",                        "memory,size_mb=8; memory,size_mb=8; memory,size_mb=4",
-       "memory,size_mb=4; memory,size_mb=8",                                                                                                                                 "-memory 2"         },
-      {"what either does not know",                  "users,name=a,uid=1; battery,model=B",                  "users,name=a,shell=sh",
-       ""                                                                                                                                                                                        },
-      {"what changes by itself",
-       "volumes,name=V,free_bytes=1; processes,name=p; volumes,name=I,disk_model=Disk Image",                "volumes,name=V,free_bytes=2; processes,name=q",                ""                  },
+  EXPECT_EQ(compared("users: name=a | uid=1\nusers: name=b | uid=2",
+                     "users: name=b | uid=2\nusers: name=a | uid=1"),
+            "")
+      << "another order";
+  EXPECT_EQ(compared("software: path=/A | name=A | version=1\nsoftware: path=/B | name=B",
+                     "software: path=/A | name=A | version=2\nsoftware: path=/C/B | name=B"),
+            "software A.version; -software B; +software B")
+      << "an update in its place, and one that moved";
+  EXPECT_EQ(compared(R"(disks: model=M | internal=true
+                        usb: name=Hub | version=1
+                        usb: name=Hub | vendor_id=7 | version=2)",
+                     R"(disks: model=M | serial=S | internal=false
+                        usb: name=Hub | vendor_id=7 | version=2
+                        usb: name=Hub | vendor_id=8 | version=1)"),
+            "disks M.internal")
+      << "one file knows less of what identifies";
+  EXPECT_EQ(compared("disks: model=M | serial=S", "disks: model=M | serial=T"),
+            "-disks M; +disks M");
+  EXPECT_EQ(compared("software: name=A | version=1\nsoftware: name=A | version=2",
+                     "software: name=A | version=3\nsoftware: name=A | version=1"),
+            "software A.version")
+      << "one of several with one name";
+  EXPECT_EQ(compared("memory: size_mb=8\nmemory: size_mb=8\nmemory: size_mb=4",
+                     "memory: size_mb=4\nmemory: size_mb=8"),
+            "-memory 2")
+      << "rows without a name";
+  EXPECT_EQ(compared("users: name=a | uid=1\nbattery: model=B", "users: name=a | shell=sh"), "")
+      << "what either does not know";
+  EXPECT_EQ(compared(R"(volumes: uuid=U | name=A | mount_point=/A
+                        volumes: uuid=W | mount_point=/B | writable=true
+                        volumes: uuid=W | mount_point=/C | writable=true
+                        volumes: uuid=X | mount_point=/)",
+                     R"(volumes: uuid=W | mount_point=/C | writable=false
+                        volumes: uuid=W | mount_point=/B | writable=false
+                        volumes: uuid=U | name=D | mount_point=/D
+                        volumes: uuid=Y | mount_point=/)"),
+            "volumes A.mount_point; volumes A.name; volumes /B.writable; volumes /C.writable; "
+            "volumes /.uuid");
+}
+
+TEST(Compare, LeavesOutWhatChangesByItselfAndWhatIsNamed) {
+  const char* const before = R"(
+      volumes: name=V | free_bytes=1
+      processes: name=p
+      volumes: name=I | disk_model=Disk Image)";
+  const char* const after = "volumes: name=V | free_bytes=2\nprocesses: name=q";
+  EXPECT_EQ(compared(before, after), "");
+  EXPECT_EQ(compared(before, after, {true, {}}),
+            "volumes V.free_bytes; -volumes I; -processes p; +processes q");
+  const inspect::CompareOptions named = {
+      false, {"users", "disks.firmware"}
   };
-  for (const auto& made : cases) {
-    EXPECT_EQ(compared(made.before, made.after), made.changes) << made.what;
-  }
-  EXPECT_EQ(
-      compared("volumes,uuid=U,name=A,mount_point=/A; volumes,uuid=W,mount_point=/B,writable=true; "
-               "volumes,uuid=W,mount_point=/C,writable=true; volumes,uuid=X,mount_point=/",
-               "volumes,uuid=W,mount_point=/C,writable=false; "
-               "volumes,uuid=W,mount_point=/B,writable=false; "
-               "volumes,uuid=U,name=D,mount_point=/D; volumes,uuid=Y,mount_point=/"),
-      "volumes A.mount_point; volumes A.name; volumes /B.writable; volumes /C.writable; volumes "
-      "/.uuid");
-  EXPECT_EQ(compared("volumes,name=V,free_bytes=1; processes,name=p",
-                     "volumes,name=V,free_bytes=2; processes,name=q", {true, {}}),
-            "volumes V.free_bytes; -processes p; +processes q");
-  EXPECT_EQ(compared("users,name=a; disks,model=M,firmware=1,kind=ssd",
-                     "users,name=b; disks,model=M,firmware=2,kind=hdd",
-                     {
-                         false, {"users", "disks.firmware"}
-  }),
+  EXPECT_EQ(compared("users: name=a\ndisks: model=M | firmware=1 | kind=ssd",
+                     "users: name=b\ndisks: model=M | firmware=2 | kind=hdd", named),
             "disks M.kind");
 }
 
 TEST(Compare, KnowsTheRulesOfASnapshot) {
-  EXPECT_EQ(
-      compared("firewall,kind=service,name=F,setting=on; software,name=A; software,name=Gone; "
-               "memory,used=false",
-               "firewall,kind=service,name=F,setting=off; software,path=/1,name=A; "
-               "software,path=/2,name=A; software,path=/3,name=New; memory,slot=DIMM1",
-               {}, Source::Debug),
-      "-software Gone; +software New");
+  EXPECT_EQ(compared(R"(firewall: kind=service | name=F | setting=on
+                        software: name=A
+                        software: name=Gone
+                        memory: used=false)",
+                     R"(firewall: kind=service | name=F | setting=off
+                        software: path=/1 | name=A
+                        software: path=/2 | name=A
+                        software: path=/3 | name=New
+                        memory: slot=DIMM1)",
+                     {}, Source::Debug),
+            "-software Gone; +software New");
 }
 
 // With a step for each pair of rows this would take minutes.
 TEST(Compare, FindsOneAmongManyThatAreEqual) {
   for (const std::string table : {"memory", "users"}) {
-    Description before = described(Source::Snapshot, table + (table == "users" ? ",name=a" : ""));
+    Description before = described(Source::Snapshot, table + (table == "users" ? ": name=a" : ":"));
     machine::TableData& data = before[machine::tableAt(table)];
     data.rows.resize(30000, data.rows.front());
     Description after = before;
@@ -141,10 +127,10 @@ TEST(Compare, KnowsTheMachineAndTheSchema) {
                             {})
         .sameMachine;
   };
-  EXPECT_TRUE(same("machine,serial=S,uuid=U", "machine,serial=S,uuid=V"));
-  EXPECT_FALSE(same("machine,serial=S,uuid=U", "machine,serial=T,uuid=U"));
-  EXPECT_FALSE(same("machine,serial=S,uuid=U", "machine,uuid=V"));
-  EXPECT_TRUE(same("machine,name=a", "machine,serial=S"));
+  EXPECT_TRUE(same("machine: serial=S | uuid=U", "machine: serial=S | uuid=V"));
+  EXPECT_FALSE(same("machine: serial=S | uuid=U", "machine: serial=T | uuid=U"));
+  EXPECT_FALSE(same("machine: serial=S | uuid=U", "machine: uuid=V"));
+  EXPECT_TRUE(same("machine: name=a", "machine: serial=S"));
   for (const char* name : {"users", "users.uid"}) EXPECT_TRUE(inspect::isInSchema(name)) << name;
   for (const char* name : {"", ".", "uid", "users.", "users.walls", "users.uid."}) {
     EXPECT_FALSE(inspect::isInSchema(name)) << name;

@@ -6,8 +6,8 @@
 #include <regex>
 #include <sstream>
 
-#include "madeUp.h"
 #include "support/fileText.h"
+#include "support/rows.h"
 
 using inspect::Finding;
 using machine::Source;
@@ -41,85 +41,22 @@ TEST(Findings, AreExplainedInTheDocument) {
 }
 
 TEST(Findings, SayWhatAPersonMayWantToActOn) {
-  auto mac = madeUp(Source::Debug);
-  put(mac, "firewall",
-      {
-          {"kind",    "global"   },
-          {"name",    "mode"     },
-          {"setting", "allow_all"}
-  });
-  put(mac, "firewall",
-      {
-          {"kind",    "application"},
-          {"name",    "mode"       },
-          {"setting", "allow_all"  }
-  });
-  put(mac, "machine",
-      {
-          {"integrity_protection", false}
-  });
-  put(mac, "disks",
-      {
-          {"model",  "GOOD"    },
-          {"health", "verified"}
-  });
-  put(mac, "disks",
-      {
-          {"model",  "BAD"    },
-          {"health", "failing"}
-  });
-  for (const char* name : {"Full", "Shares its space"}) {
-    put(mac, "volumes",
-        {
-            {"name",       name   },
-            {"container",  "disk3"},
-            {"size_bytes", 1000   },
-            {"free_bytes", 49     }
-    });
-  }
-  put(mac, "volumes",
-      {
-          {"name",       "Room"},
-          {"size_bytes", 1000  },
-          {"free_bytes", 50    }
-  });
-  put(mac, "volumes",
-      {
-          {"name",       "Image"},
-          {"size_bytes", 1000   },
-          {"free_bytes", 0      },
-          {"writable",   false  }
-  });
-  put(mac, "volumes",
-      {
-          {"name",        "System"},
-          {"mount_point", "/"     },
-          {"encrypted",   false   }
-  });
-  put(mac, "memory",
-      {
-          {"slot",   "DIMM 2"    },
-          {"status", "mapped_out"}
-  });
-  put(mac, "memory",
-      {
-          {"slot",   "DIMM 3"},
-          {"status", "empty" }
-  });
-  put(mac, "battery",
-      {
-          {"condition", "Service"}
-  });
-  put(mac, "environment",
-      {
-          {"name",  "Npm_Token"},
-          {"value", "hush"     }
-  });
-  put(mac, "environment",
-      {
-          {"name",  "HOME"     },
-          {"value", "/password"}
-  });
+  auto mac = described(Source::Debug, R"(
+      firewall: kind=global | name=mode | setting=allow_all
+      firewall: kind=application | name=mode | setting=allow_all
+      machine: integrity_protection=false
+      disks: model=GOOD | health=verified
+      disks: model=BAD | health=failing
+      volumes: name=Full | container=disk3 | size_bytes=1000 | free_bytes=49
+      volumes: name=Shares its space | container=disk3 | size_bytes=1000 | free_bytes=49
+      volumes: name=Room | size_bytes=1000 | free_bytes=50
+      volumes: name=Image | size_bytes=1000 | free_bytes=0 | writable=false
+      volumes: name=System | mount_point=/ | encrypted=false
+      memory: slot=DIMM 2 | status=mapped_out
+      memory: slot=DIMM 3 | status=empty
+      battery: condition=Service
+      environment: name=Npm_Token | value=hush
+      environment: name=HOME | value=/password)");
   mac.setLacksItems();
   EXPECT_THAT(
       texts(inspect::findRemarks(mac)),
@@ -133,19 +70,10 @@ TEST(Findings, SayWhatAPersonMayWantToActOn) {
 }
 
 TEST(Findings, TellGapsFromLimits) {
-  auto mac = madeUp(Source::Snapshot);
-  put(mac, "machine",
-      {
-          {"model_id",     "Mac17,2"          },
-          {"os_name",      "macOS"            },
-          {"os_version",   "26.1"             },
-          {"architecture", "arm64"            },
-          {"mac_address",  "F2-4D-89-00-11-22"}
-  });
-  put(mac, "software",
-      {
-          {"name", "Safari"}
-  });
+  const auto mac = described(Source::Snapshot, R"(
+      machine: model_id=Mac17,2 | os_name=macOS | os_version=26.1 | architecture=arm64
+        | mac_address=F2-4D-89-00-11-22
+      software: name=Safari)");
   EXPECT_THAT(
       texts(inspect::findGaps(mac)),
       ElementsAre("HUX103 no processor", "HUX104 no amount of memory", "HUX105 no disk",
@@ -154,5 +82,5 @@ TEST(Findings, TellGapsFromLimits) {
   std::string ids;
   for (const Finding& limit : inspect::findRemarks(mac)) ids += std::string(limit.kind->id) + " ";
   EXPECT_EQ(ids, "HUX301 HUX302 HUX303 HUX304 HUX305 HUX306 ");
-  EXPECT_THAT(inspect::findRemarks(madeUp(Source::Debug)), IsEmpty());
+  EXPECT_THAT(inspect::findRemarks(described(Source::Debug, "")), IsEmpty());
 }

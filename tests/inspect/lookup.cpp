@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "inspect/search.h"
-#include "madeUp.h"
+#include "support/rows.h"
 
 using machine::Source;
 
@@ -21,35 +21,12 @@ std::string shown(const huxread::Result<std::vector<std::string>>& values) {
 }  // namespace
 
 TEST(Lookup, FindsValuesByTableRowAndColumn) {
-  auto mac = madeUp(Source::Debug);
-  put(mac, "machine",
-      {
-          {"memory_mb", 16384},
-          {"virtual",   false}
-  });
-  put(mac, "software",
-      {
-          {"path",    "/a"         },
-          {"name",    "Node.js [x]"},
-          {"version", "1.0"        }
-  });
-  put(mac, "software",
-      {
-          {"path",    "/b"    },
-          {"name",    "ÄPFEL"},
-          {"version", "2"     }
-  });
-  put(mac, "software",
-      {
-          {"path", "/c"    },
-          {"name", "äpfel"}
-  });
-  put(mac, "software",
-      {
-          {"path",    "/d"},
-          {"name",    "2" },
-          {"version", "4" }
-  });
+  const auto mac = described(Source::Debug, R"(
+      machine: memory_mb=16384 | virtual=false
+      software: path=/a | name=Node.js [x] | version=1.0
+      software: path=/b | name=ÄPFEL | version=2
+      software: path=/c | name=äpfel
+      software: path=/d | name=2 | version=4)");
   const struct {
     const char* name;
     const char* values;
@@ -101,16 +78,9 @@ TEST(Lookup, FindsValuesOfADocumentByTheirPaths) {
 }
 
 TEST(Search, FindsAnyPartOfAnyValueInAnyCase) {
-  auto mac = madeUp(Source::Debug);
-  put(mac, "machine",
-      {
-          {"name",      "Ünal’s ŁÓDŹ"},
-          {"memory_mb", 16384              }
-  });
-  put(mac, "users",
-      {
-          {"full_name", "ΣΟΦΙΑ Ђуро"}
-  });
+  const auto mac = described(Source::Debug, R"(
+      machine: name=Ünal’s ŁÓDŹ | memory_mb=16384
+      users: full_name=ΣΟΦΙΑ Ђуро)");
   const struct {
     const char* term;
     const char* where;

@@ -10,6 +10,7 @@
 #include "page/html.h"
 #include "page/style.h"
 #include "show/machines.h"
+#include "support/rows.h"
 
 // Pages are well-formed XML, so they can be asked.
 
@@ -151,31 +152,20 @@ TEST(Report, IsSmallWithManyApplications) {
   Description mac = notebook();
   for (int i = 0; i < 2000; ++i) {
     const std::string name = "Application of a usual name " + std::to_string(i);
-    const std::string path =
-        "/Applications/Some Folder/" + name + ".app/Contents/Library/Helper.app";
-    const char* const signer =
-        "Developer ID Application: A Company of Some Size GmbH (ABCDE12345), Developer ID "
-        "Certification Authority, Apple Root CA";
-    const std::string info(200, 'i');
-    addRow(mac, "software",
-           {
-               {"name",         name                  },
-               {"path",         path                  },
-               {"version",      "2024.10.1 (1234)"    },
-               {"architecture", "universal"           },
-               {"origin",       "identified_developer"},
-               {"signed_by",    signer                },
-               {"info",         info                  }
-    });
+    addRows(mac, "software: name=" + name + " | path=/Applications/Some Folder/" + name +
+                     ".app/Contents/Library/Helper.app | version=2024.10.1 (1234)"
+                     " | architecture=universal | origin=identified_developer"
+                     " | signed_by=Developer ID Application: A Company of Some Size GmbH "
+                     "(ABCDE12345), Developer ID Certification Authority, Apple Root CA"
+                     " | info=" +
+                     std::string(200, 'i'));
   }
   EXPECT_LT(reportOf(mac).size(), 1000000U);
 }
 
 TEST(Report, DrawsTheFirstOfMany) {
   Description mac(machine::Source::Debug);
-  for (int i = 0; i < 120; ++i) {
-    for (const char* table : {"volumes", "disks", "memory", "displays"}) addRow(mac, table, {});
-  }
+  for (int i = 0; i < 120; ++i) addRows(mac, "volumes:\ndisks:\nmemory:\ndisplays:");
   const pugi::xml_document page = parsed(reportOf(mac));
   EXPECT_EQ(
       page.select_nodes("//section[not(@id='tables')]//li[not(ancestor::ul/@class='findings')]")

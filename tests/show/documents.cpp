@@ -12,6 +12,7 @@
 #include "machine/schema.h"
 #include "show/json.h"
 #include "show/machines.h"
+#include "support/rows.h"
 
 // The pages that the schema is written down in again, docs/tables.md for people and
 // docs/hux.schema.json for programs, and the JSON that the latter describes.
@@ -268,12 +269,8 @@ TEST(Json, ThatIsNotAsItsSchemaSaysIsNoticed) {
 }
 
 TEST(Json, TellsEmptyFromNotRecordedAndRepairsTexts) {
-  machine::Description mac(machine::Source::Debug);
-  mac[machine::tableAt("printers")].recorded = true;
-  addRow(mac, "environment",
-         {
-             {"name", "a\xFF\x1B\"\n"}
-  });
+  auto mac = described(machine::Source::Debug, "printers\nenvironment:");
+  lastValue(mac, "environment", "name") = "a\xFF\x1B\"\n";
   const std::string text = show::json(mac, "\xC3.hux", show::JsonLayout::Lines);
   EXPECT_NE(text.find("    \"printers\":[],\n"), std::string::npos);
   EXPECT_NE(text.find("    \"processes\":null,\n"), std::string::npos);

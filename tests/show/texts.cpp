@@ -7,8 +7,8 @@
 #include "show/age.h"
 #include "show/columns.h"
 #include "show/csv.h"
-#include "show/machines.h"
 #include "show/terminal.h"
+#include "support/rows.h"
 
 namespace {
 
@@ -19,14 +19,9 @@ std::string safe(std::string_view text) {
 }
 
 // The lines of a table of one row, without the names.
-std::string csvOf(const char* table, Cells cells, const char* file = "a.hux") {
-  machine::Description mac(machine::Source::Debug);
-  addRow(mac, "machine",
-         {
-             {"serial", "C02"}
-  });
-  addRow(mac, table, cells);
-  return show::csvRows(*machine::findTable(table), mac, file);
+std::string csvOf(const std::string& row, const char* file = "a.hux") {
+  const auto mac = described(machine::Source::Debug, "machine: serial=C02\n" + row);
+  return show::csvRows(*machine::findTable(row.substr(0, row.find(':'))), mac, file);
 }
 
 }  // namespace
@@ -135,23 +130,14 @@ TEST(Csv, QuotesAndDefusesTexts) {
       {"a=b",       "a=b"              },
   };
   for (const auto& [value, cell] : cases) {
-    EXPECT_EQ(csvOf("environment",
-                    {
-                        {"name", value}
-    }),
+    auto mac = described(machine::Source::Debug, "machine: serial=C02\nenvironment:");
+    lastValue(mac, "environment", "name") = value;
+    EXPECT_EQ(show::csvRows(*machine::findTable("environment"), mac, "a.hux"),
               "a.hux,C02," + std::string(cell) + ",\n");
   }
-  EXPECT_EQ(csvOf("environment", {}, "-a,b"), "\"'-a,b\",C02,,\n");
-  EXPECT_EQ(csvOf("users",
-                  {
-                      {"uid", std::int64_t{-2}}
-  }),
-            "a.hux,C02,,,-2,,,\n");
-  EXPECT_EQ(csvOf("firewall",
-                  {
-                      {"kind", machine::Value(true)}
-  }),
-            "a.hux,C02,true,,\n");
+  EXPECT_EQ(csvOf("environment:", "-a,b"), "\"'-a,b\",C02,,\n");
+  EXPECT_EQ(csvOf("users: uid=-2"), "a.hux,C02,,,-2,,,\n");
+  EXPECT_EQ(csvOf("usb: hub=true"), "a.hux,C02,,,,,,,,,,true,\n");
 }
 
 TEST(Age, IsSaidInTheLargestUnitThatTellsEnough) {

@@ -9,9 +9,7 @@
 
 // Shorthand for what goes into a step and what comes out of it.
 
-// A raw document from data types, each followed by its items: "{key=value; key=value}; {...}". A
-// value is a dictionary {...}, an array [value; value], an integer #7, XML, or else a text; blanks
-// around it do not belong to it.
+// A raw document from data types, each followed by its items (support/shortForm.h).
 kevaDoc rawDocument(std::initializer_list<std::string_view> typesAndItems);
 
 // A text form where " | " is a line end too; a line end at the front is left out, one at the end

@@ -81,18 +81,28 @@ bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (static_cast<unsigned char>(c) & 0x80) != 0;
 }
 
+// Whether a sign begins there that ends a word: a no-break blank, a quotation mark, a dash (U+0080
+// to U+00BF, U+2000 to U+203F, U+3000 to U+303F).
+bool isSign(std::string_view text, std::size_t at) {
+  const std::string_view begin = text.substr(at, 2);
+  return begin.starts_with('\xC2') || begin == "\xE2\x80" || begin == "\xE3\x80";
+}
+
+bool isBesideSign(std::string_view text, std::size_t at) {
+  std::size_t before = at - 1;
+  while (before > 0 && (static_cast<unsigned char>(text[before]) & 0xC0) == 0x80) --before;
+  return isSign(text, at) || isSign(text, before);
+}
+
 // Whether a word goes on from one byte to the next: at `at` in the text, which is in small letters.
-// Typographic signs (U+2000 to U+206F) and no-break blanks end words, as the bytes of an URL's
-// "%20" do.
+// The bytes of an URL's "%20" end words, too.
 bool goesOn(std::string_view text, std::size_t at) {
   if (at == 0 || at >= text.size()) return false;
   const char before = text[at - 1];
   const char after = text[at];
   if (isDigit(before) && isDigit(after)) return !(at >= 3 && text[at - 3] == '%');
   if (!isLetter(before) || !isLetter(after)) return false;
-  if (text.substr(at, 2) == "\xE2\x80" || text.substr(at, 2) == "\xC2\xA0") return false;
-  if (at >= 3 && (text.substr(at - 3, 2) == "\xE2\x80" || text[at - 3] == '%')) return false;
-  return !(at >= 2 && text.substr(at - 2, 2) == "\xC2\xA0");
+  return !isBesideSign(text, at) && !(at >= 3 && text[at - 3] == '%');
 }
 
 // Whether a token would run into the number behind it: "USER-1" and the "2" of "mara2".
@@ -148,7 +158,7 @@ std::string decoded(std::string_view text) {
 bool isWithinWord(std::string_view text, std::size_t at) {
   const auto isWord = [](char c) { return isDigit(c) || isLetter(c); };
   if (at == 0 || at >= text.size() || !isWord(text[at]) || !isWord(text[at - 1])) return false;
-  return !(at >= 3 && text[at - 3] == '%');
+  return !isBesideSign(text, at) && !(at >= 3 && text[at - 3] == '%');
 }
 
 // Where a name stands in its field: the whole of it but what every one begins with.

@@ -278,7 +278,7 @@ class Scanner {
     const std::size_t end =
         std::min(text_.find_first_of("/\n\r<>\"':;,=&|()[]{}*$", begin), text_.size());
     std::size_t word = end;  // of what goes on, as arguments do, the first word
-    if (at(end) != '/')
+    if (at(end) != '/' || text_[end - 1] == ' ')
       word = begin + std::min(text_.substr(begin, end - begin).find(' '), end - begin);
     if (word == begin || word - begin > 255) return 0;
     return give(begin, word, Kind::User,

@@ -35,16 +35,20 @@ std::optional<std::string> redacted(const std::string& file, const std::set<reda
 // What becomes of it, each line behind "> ".
 std::string outcomeOf(const Planted& planted, const std::string& mara) {
   const bool profiled = !planted.section.empty();
-  const std::string front =
-      profiled ? "<plist version=\"1.0\"><array><dict><key>_dataType</key><string>" +
-                     planted.section + "</string><key>_items</key><array><dict>\n"
-               : "\xEF\xBB\xBF?keva\n" + mara;
+  const std::string front = profiled
+                                ? "<?xml version=\"1.0\"?>\n<!DOCTYPE list>\n<plist "
+                                  "version=\"1.0\"><array><dict><key>_dataType</key><string>" +
+                                      planted.section + "</string><key>_items</key><array><dict>\n"
+                                : "\xEF\xBB\xBF?keva\n" + mara;
   const std::string back = profiled ? "</dict></array></dict></array></plist>\n" : "-\n";
   const std::string whole = front + planted.text + back;
   const std::string file =
       profiled ? fileOfOne("customdata", zlibStream(whole)) : fileOfOne("snapshot", blob(whole));
   const auto text = redacted(file, planted.kept);
   if (!text) return "> (refused)\n";
+  if (profiled) {
+    EXPECT_TRUE(text->starts_with(front) && text->ends_with(back)) << *text;
+  }
   std::istringstream lines(*text);
   std::string outcome;
   auto skipped = std::ranges::count(front, '\n');

@@ -29,8 +29,7 @@ std::string replaced(std::string text, std::string_view before, std::string_view
   return text;
 }
 
-constexpr std::string_view kApostrophes[] = {
-    "'", "\xE2\x80\x99", "\xE2\x80\x98", "%27", "%e2%80%99", "", "-"};
+constexpr std::string_view kApostrophes[] = {"'", "\xE2\x80\x99", "\xE2\x80\x98", "%27", "", "-"};
 constexpr std::string_view kBlanks[] = {" ", "%20", "-", "_", "", "+", ".", "\xC2\xA0", "\\ "};
 
 std::string composed(std::string text) {

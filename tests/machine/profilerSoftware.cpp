@@ -3,6 +3,7 @@
 #include <string>
 
 #include "machine/profiler/tables.h"
+#include "machine/valueText.h"
 #include "support/shortForm.h"
 
 // What the profiler says of connections, printers, software, settings and small devices, in the
@@ -32,12 +33,6 @@ Description described(std::string_view types) {
   return machine;
 }
 
-std::string shown(const Value& value) {
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
-  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "true" : "false";
-  return std::string(textOf(value));
-}
-
 // A line for each row: "column=value|column=value", what is not known left out.
 std::string rows(const Description& machine, std::string_view table) {
   const Table& schema = *findTable(table);
@@ -48,7 +43,7 @@ std::string rows(const Description& machine, std::string_view table) {
     for (std::size_t i = 0; i < row.size(); ++i) {
       if (!isKnown(row[i])) continue;
       text += (text.back() == '\n' ? "" : "|") + std::string(schema.columns[i].name) + "=" +
-              shown(row[i]);
+              valueText(row[i]);
     }
   }
   return text;

@@ -77,9 +77,12 @@ class Place {
         depth_(std::ranges::count(path, '/')),
         name_(std::move(path)) {}
 
+  enum class Names { Any, New };  // New: no sibling in the document has that name
+
   // The parent must outlive this object, and is not changed otherwise meanwhile.
-  Place(Place& parent, SharedText name)
+  Place(Place& parent, SharedText name, Names names = Names::Any)
       : parent_(&parent),
+        names_(names),
         length_(parent.length_ + 1 + name.size()),
         depth_(parent.depth_ + 1),
         name_(std::move(name)) {}
@@ -108,14 +111,26 @@ class Place {
     }
     Tag* above = parent_->tag();
     if (above == nullptr) return nullptr;
-    Tag* found = name_.empty() ? above->childAt(0) : above->child(name_);
+    Tag* found = name_.empty() ? above->childAt(0) : childOf(*above);
     if (found != nullptr) found->expectAttributes(expected_);
     return found;
+  }
+
+  // A list of 100,000 items need not be searched for each of them, unless it holds those of another
+  // list.
+  Tag* childOf(Tag& above) {
+    if (names_ == Names::New && above.childCount() == parent_->added_) {
+      ++parent_->added_;
+      return above.addChild(Tag(name_));
+    }
+    return above.child(name_);
   }
 
   kevaDoc* document_ = nullptr;  // of a place without a parent, whose name is a path
   Place* parent_ = nullptr;
   Tag* tag_ = nullptr;  // null until it is known
+  Names names_ = Names::Any;
+  std::size_t added_ = 0;  // children that were added without a look at the others
   std::size_t length_;
   std::ptrdiff_t depth_;
   std::size_t expected_ = 0;
@@ -153,7 +168,7 @@ class Converter {
     if (!array.empty() && array.front().text() != nullptr) place.expect(array.size());
     for (std::size_t i = 0; i < array.size(); ++i) {
       PropertyList element = std::exchange(array[i], PropertyList::Data{});  // and goes
-      Place item(place, itemName(i));
+      Place item(place, itemName(i), Place::Names::New);
       convert(element, item, Level::Nested);
     }
   }
@@ -161,7 +176,7 @@ class Converter {
   void namedValues(PropertyList::Dictionary& dictionary, Place& place) {
     std::size_t position = 0;
     for (auto& [key, value] : dictionary) {
-      Place item(place, itemName(position++));
+      Place item(place, itemName(position++), Place::Names::New);
       if (value.text() == nullptr) continue;
       Place(item, SharedText("_name")).set(TagValue(std::move(key)));
       Place(item, SharedText("value")).set(TagValue(std::move(*value.text())));

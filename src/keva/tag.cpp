@@ -115,9 +115,9 @@ Tag* Tag::setChild(const SharedText& name, TagValue value) {
   return found;
 }
 
-void Tag::addChild(Tag child) {
-  children_.append(std::move(child));
+Tag* Tag::addChild(Tag child) {
   kind_ = Kind::Branch;
+  return &children_.append(std::move(child));
 }
 
 Tag* Tag::childAt(std::size_t index) const {

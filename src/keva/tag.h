@@ -118,7 +118,7 @@ class Tag {
   Tag* child(const SharedText& name);                     // the same, sharing the name
   Tag* setChild(std::string_view name, TagValue value);   // the same, then its setValue
   Tag* setChild(const SharedText& name, TagValue value);  // the same, sharing the name
-  void addChild(Tag child);               // appends without looking at names; makes a branch
+  Tag* addChild(Tag child);               // appends without looking at names; makes a branch
   Tag* childAt(std::size_t index) const;  // null from childCount() on
   std::size_t childCount() const { return children_.size(); }
   const NamedList<Tag>& children() const { return children_; }

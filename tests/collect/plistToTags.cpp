@@ -31,6 +31,11 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
             <key>no</key><true/><key>non</key><data>AA==</data><key>none</key><dict/>
             <key>list</key>
             <array><array/><array><string>x</string></array><true/><integer>-7</integer></array>
+            <key>two lists</key><array><dict><key>a</key><string>1</string></dict></array>
+            <key>two_lists</key>
+            <array>
+              <dict><key>b</key><string>2</string></dict><dict><key>c</key><string>3</string></dict>
+            </array>
             <key>spfirewall_applications</key>
             <dict>
               <key>A b</key><string>on</string>
@@ -52,6 +57,7 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
             "+item0=\n_properties=kept below\na_b=b \r c\nempty=\nreal=2.50\n"
             "spfirewall_services=no rules\n"
             "+list=\nitem3=-7\n*item1=\nitem0=x\n-\n"
+            "+two_lists=\n*item0=\na=1\nb=2\n*item1=\nc=3\n-\n"
             "+spfirewall_applications=\n"
             "*item0=\n_name=A b\nvalue=on\n*item2=\n_name=C\nvalue=off\n-\n"
             "-\n-\n-\n-\n");

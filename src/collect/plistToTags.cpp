@@ -77,7 +77,7 @@ class Place {
         depth_(std::ranges::count(path, '/')),
         name_(std::move(path)) {}
 
-  enum class Names { Any, New };  // New: no sibling in the document has that name
+  enum class Names { Any, New };  // New: no sibling in the profiler's list has that name
 
   // The parent must outlive this object, and is not changed otherwise meanwhile.
   Place(Place& parent, SharedText name, Names names = Names::Any)
@@ -94,7 +94,13 @@ class Place {
   void set(TagValue&& value) {
     constexpr auto kMaxDepth = static_cast<std::ptrdiff_t>(Tag::kMaxPathDepth);
     if (length_ > Tag::kMaxPathLength || depth_ > kMaxDepth) return;
-    if (Tag* tag = parent_->tag()) tag->setAttribute(name_, std::move(value));
+    Tag* tag = parent_->tag();
+    if (tag == nullptr) return;
+    if (isNewAmong(tag->attributeCount(), parent_->attributes_)) {
+      tag->addAttribute(name_, std::move(value));
+    } else {
+      tag->setAttribute(name_, std::move(value));
+    }
   }
 
  private:
@@ -116,21 +122,25 @@ class Place {
     return found;
   }
 
-  // A list of 100,000 items need not be searched for each of them, unless it holds those of another
-  // list.
   Tag* childOf(Tag& above) {
-    if (names_ == Names::New && above.childCount() == parent_->added_) {
-      ++parent_->added_;
-      return above.addChild(Tag(name_));
-    }
-    return above.child(name_);
+    return isNewAmong(above.childCount(), parent_->children_) ? above.addChild(Tag(name_))
+                                                              : above.child(name_);
+  }
+
+  // Whether the name need not be looked for among so many, which are then one more: all of them
+  // were `added` in the same way. So a list of 100,000 items is not searched for each of them.
+  bool isNewAmong(std::size_t count, std::size_t& added) const {
+    if (names_ == Names::Any || count != added) return false;
+    ++added;
+    return true;
   }
 
   kevaDoc* document_ = nullptr;  // of a place without a parent, whose name is a path
   Place* parent_ = nullptr;
   Tag* tag_ = nullptr;  // null until it is known
   Names names_ = Names::Any;
-  std::size_t added_ = 0;  // children that were added without a look at the others
+  std::size_t children_ = 0;    // of its tag that were added without a look at the others
+  std::size_t attributes_ = 0;  // the same of these
   std::size_t length_;
   std::ptrdiff_t depth_;
   std::size_t expected_ = 0;
@@ -153,9 +163,12 @@ class Converter {
 
   void dictionary(PropertyList::Dictionary& dictionary, Place& place) {
     place.expect(dictionary.size());
+    auto names = Place::Names::New;  // until a key is changed, which may make it that of another
     for (auto& [key, value] : dictionary) {
       const bool rules = key == "spfirewall_applications" || key == "spfirewall_services";
-      Place below(place, sanitizeKey(std::move(key)));
+      SharedText name = sanitizeKey(key);
+      if (name != key) names = Place::Names::Any;
+      Place below(place, std::move(name), names);
       if (rules && value.dictionary() != nullptr) {
         namedValues(*value.dictionary(), below);
       } else {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include "base/assertion.h"
@@ -27,14 +26,20 @@ Deflater::~Deflater() {
 }
 
 void Deflater::write(std::string_view piece) {
-  while (!piece.empty()) {
-    // Not as soon as it is full: the last chunk ends the stream, and it has something in it.
-    if (filled_ == kChunk) deflateChunk(Z_NO_FLUSH);
-    const std::size_t fitting = std::min(piece.size(), kChunk - filled_);
-    std::memcpy(chunk_.data() + filled_, piece.data(), fitting);
-    filled_ += fitting;
-    piece.remove_prefix(fitting);
+  // A chunk is not deflated as soon as it is full: the last one ends the stream, and it has
+  // something in it.
+  while (piece.size() > kChunk - filled_) {
+    const std::string_view fitting = piece.substr(0, kChunk - filled_);
+    add(fitting);
+    piece.remove_prefix(fitting.size());
+    deflateChunk(Z_NO_FLUSH);
   }
+  add(piece);
+}
+
+void Deflater::add(std::string_view fitting) {
+  std::copy(fitting.begin(), fitting.end(), chunk_.data() + filled_);
+  filled_ += fitting.size();
 }
 
 std::string Deflater::finish() {

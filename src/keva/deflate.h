@@ -40,6 +40,7 @@ class Deflater : public TextSink {
   std::string finish();
 
  private:
+  void add(std::string_view fitting);  // to the chunk
   void deflateChunk(int flush);
 
   const DeflateSite& site_;

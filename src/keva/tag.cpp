@@ -145,6 +145,10 @@ TagAttribute* Tag::setAttribute(const SharedText& name, TagValue&& value) {
   return &attributes_.append(name, std::move(value), nullptr, nullptr);
 }
 
+void Tag::addAttribute(const SharedText& name, TagValue&& value) {
+  attributes_.append(name, std::move(value), nullptr, nullptr);
+}
+
 TagAttribute* Tag::attributeAt(std::size_t index) const {
   return attributes_.at(index);
 }

@@ -140,6 +140,7 @@ class Tag {
   TagAttribute* setAttribute(std::string_view name, TagValue value, const char* propKey = nullptr,
                              const char* propValue = nullptr);
   TagAttribute* setAttribute(const SharedText& name, TagValue&& value);  // shares the name
+  void addAttribute(const SharedText& name, TagValue&& value);  // appends without looking at names
 
   // Says how many attributes are likely to come, at most, so that they take no more room than they
   // need.

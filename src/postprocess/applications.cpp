@@ -40,14 +40,16 @@ void PostProcessApplications(kevaDoc& snapshot, const kevaDoc& raw) {
     Tag& tag = *software.setChild(tagName(application), TagValue(application.text("_name")));
     tag.expectAttributes(std::size(kApplication) + 2);
     write(kApplication, application, tag);
-    if (!application.has("has64BitIntelCode")) {
+    const TagValue& has64 = application.value("has64BitIntelCode");
+    if (has64.kind() == TagValue::Kind::None) {
       tag.setAttribute("64bit-app", TagValue("1"), "type", "unknown");
-    } else if (application.text("has64BitIntelCode") == "yes") {
-      tag.setAttribute("64bit-app", TagValue("1"));
+    } else if (textOf(has64) == "yes") {
+      tag.setAttribute(SharedText::lasting("64bit-app"), TagValue(SharedText::lasting("1")));
     }
     // Always there, unlike the others: newer systems name the place by another key.
-    const bool hasLocation = application.has("location");
-    tag.setAttribute("path", hasLocation ? application.value("location") : TagValue(""));
+    const TagValue& location = application.value("location");
+    const bool isKnown = location.kind() != TagValue::Kind::None;
+    tag.setAttribute(SharedText::lasting("path"), isKnown ? location : TagValue(""));
   }
   sortChildrenByValue(software);
 }

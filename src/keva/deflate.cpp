@@ -3,7 +3,6 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "base/assertion.h"
@@ -48,16 +47,16 @@ std::string Deflater::finish() {
 }
 
 void Deflater::deflateChunk(int flush) {
-  std::array<char, kChunk> output{};
+  char output[kChunk];
   stream_->next_in = reinterpret_cast<Bytef*>(chunk_.data());
   stream_->avail_in = static_cast<uInt>(filled_);
   int ret = Z_OK;
   do {
-    stream_->next_out = reinterpret_cast<Bytef*>(output.data());
+    stream_->next_out = reinterpret_cast<Bytef*>(output);
     stream_->avail_out = kChunk;
     ret = deflate(stream_.get(), flush);
     requireThat(ret != Z_STREAM_ERROR, site_.file, site_.streamLine, "ret != Z_STREAM_ERROR");
-    result_.append(output.data(), kChunk - stream_->avail_out);
+    result_.append(output, kChunk - stream_->avail_out);
   } while (stream_->avail_out == 0);
   requireThat(stream_->avail_in == 0, site_.file, site_.inputLine, "strm.avail_in == 0");
   if (flush == Z_FINISH) {

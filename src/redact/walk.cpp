@@ -13,7 +13,7 @@ constexpr std::string_view kBlank = " \t\r\n";
 Field fieldAt(std::string_view text, std::size_t begin, std::size_t end) {
   while (begin < end && kBlank.find(text[begin]) != std::string_view::npos) ++begin;
   while (end > begin && kBlank.find(text[end - 1]) != std::string_view::npos) --end;
-  return {begin, end, "", "", nullptr, false, false};
+  return {.begin = begin, .end = end};
 }
 
 // Follows the elements of a property list and remembers under which key each stands.

@@ -13,11 +13,11 @@ namespace redact {
 struct Field {
   std::size_t begin;  // in the document; without the blanks around it
   std::size_t end;
-  std::string_view parent;            // the key around the key
-  std::string_view key;               // "" of a tag's own value and of a key that is a name
-  const machine::SecretPlace* place;  // null when it is no secret's
-  bool data;                          // bytes in base64
-  bool number;                        // where nothing but a number can stand
+  std::string_view parent = {};  // the key around the key
+  std::string_view key = {};     // "" of a tag's own value and of a key that is a name
+  const machine::SecretPlace* place = nullptr;  // null when it is no secret's
+  bool data = false;                            // bytes in base64
+  bool number = false;                          // where nothing but a number can stand
 };
 
 // Every value of the text form of a document, or of the profiler's XML; and the keys in the latter

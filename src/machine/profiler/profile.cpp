@@ -143,18 +143,14 @@ class Scanner {
 
 using Slices = std::vector<std::string_view>;
 
-// Each of these reads on from the tag that opened an element and says whether the element ended;
-// what was whole until then is kept.
+// Each of these reads on from the tag that opened an element to the one that ends it, or to the end
+// of the document; what is whole until then is kept.
 
-bool readItems(Scanner& scanner, const Tag& opened, Slices& items) {
-  if (opened.kind == TagKind::Empty) return true;
-  while (true) {
-    const std::optional<Tag> tag = scanner.next();
-    if (!tag) return false;
-    if (tag->kind == TagKind::Close) return true;
-    const std::optional<std::string_view> item = scanner.element(*tag);
-    if (!item) return false;
-    items.push_back(*item);
+void readItems(Scanner& scanner, const Tag& opened, Slices& items) {
+  if (opened.kind == TagKind::Empty) return;
+  while (const std::optional<Tag> tag = scanner.next()) {
+    if (tag->kind == TagKind::Close) return;
+    if (const auto item = scanner.element(*tag)) items.push_back(*item);
   }
 }
 
@@ -163,26 +159,22 @@ struct DataType {
   Slices items;
 };
 
-bool readDataType(Scanner& scanner, DataType& type) {
+DataType readDataType(Scanner& scanner) {
+  DataType type;
   std::string_view key;
-  while (true) {
-    const std::optional<Tag> tag = scanner.next();
-    if (!tag) return false;
-    if (tag->kind == TagKind::Close) return true;
+  while (const std::optional<Tag> tag = scanner.next()) {
+    if (tag->kind == TagKind::Close) break;
     if (tag->name == "key") {
-      const std::optional<std::string_view> text = scanner.content(*tag);
-      if (!text) return false;
-      key = *text;
+      key = scanner.content(*tag).value_or("");
     } else if (key == "_dataType" && tag->name == "string") {
-      const std::optional<std::string_view> text = scanner.content(*tag);
-      if (!text) return false;
-      type.name = *text;
+      type.name = scanner.content(*tag).value_or(type.name);
     } else if (key == "_items" && tag->name == "array") {
-      if (!readItems(scanner, *tag, type.items)) return false;
-    } else if (!scanner.pass(*tag)) {
-      return false;
+      readItems(scanner, *tag, type.items);
+    } else {
+      scanner.pass(*tag);
     }
   }
+  return type;
 }
 
 }  // namespace
@@ -195,22 +187,20 @@ huxread::Result<Profile> Profile::open(std::string_view document, platform::Host
     return huxread::Error{"the profiler's document is no property list with an array"};
   }
   Profile profile(host);
-  bool ended = root->kind == TagKind::Empty;
-  while (!ended && !profile.cutOff_) {
+  if (root->kind == TagKind::Empty) return profile;
+  while (true) {
     const std::optional<Tag> tag = scanner.next();
-    if (tag && tag->kind == TagKind::Close) {
-      ended = true;
-    } else if (tag && tag->kind == TagKind::Open && tag->name == "dict") {
-      DataType type;
-      profile.cutOff_ = !readDataType(scanner, type);
+    profile.cutOff_ = !tag;
+    if (!tag || tag->kind == TagKind::Close) return profile;
+    if (tag->kind == TagKind::Open && tag->name == "dict") {
+      const DataType type = readDataType(scanner);
       if (type.name.empty()) continue;
       Items& items = profile.items_[std::string(type.name)];
       items.insert(items.end(), type.items.begin(), type.items.end());
     } else {
-      profile.cutOff_ = !tag || !scanner.pass(*tag);
+      scanner.pass(*tag);
     }
   }
-  return profile;
 }
 
 bool Profile::has(std::string_view dataType) const {

@@ -15,18 +15,28 @@ TEST(Texts, AreReadInAnyRegionOrNotAtAll) {
     Bytes binary;
     Bytes decimal;
   } sizes[] = {
-      {"16 GB",                   17179869184,   16000000000  },
-      {"500,11 GB",               536989023601,  500110000000 },
-      {"1.5\xC2\xA0mb",           1572864,       1500000      },
-      {"256KB",                   262144,        256000       },
-      {"2 TB",                    2199023255552, 2000000000000},
-      {"512 bytes",               512,           512          },
-      {"Zero KB",                 {},            {}           },
-      {"1.000,5 GB",              {},            {}           },
-      {"12 parsecs",              {},            {}           },
-      {"-1 GB",                   {},            {}           },
-      {"99999999999999999999 TB", {},            {}           },
-      {"",                        {},            {}           },
+      {"16 GB",                   17179869184,         16000000000        },
+      {"500,11 GB",               536989023601,        500110000000       },
+      {"1.5\xC2\xA0mb",           1572864,             1500000            },
+      {"256KB",                   262144,              256000             },
+      {"2 TB",                    2199023255552,       2000000000000      },
+      {"512 bytes",               512,                 512                },
+      {"1 Byte",                  1,                   1                  },
+      {"12 b",                    12,                  12                 },
+      {"1.25\xE2\x80\xAFKB",      1280,                1250               },
+      {"3  \xC2\xA0 mB",          3145728,             3000000            },
+      {"9199999 TB",              {},                  9199999000000000000},
+      {"9200000 TB",              {},                  {}                 },
+      {"8000000 TB",              8796093022208000000, 8000000000000000000},
+      {"1. GB",                   {},                  {}                 },
+      {"1;5 GB",                  {},                  {}                 },
+      {"7",                       {},                  {}                 },
+      {"Zero KB",                 {},                  {}                 },
+      {"1.000,5 GB",              {},                  {}                 },
+      {"12 parsecs",              {},                  {}                 },
+      {"-1 GB",                   {},                  {}                 },
+      {"99999999999999999999 TB", {},                  {}                 },
+      {"",                        {},                  {}                 },
   };
   for (const auto& [text, binary, decimal] : sizes) {
     EXPECT_EQ(binaryBytes(text), binary) << text;
@@ -34,6 +44,7 @@ TEST(Texts, AreReadInAnyRegionOrNotAtAll) {
   }
   EXPECT_EQ(megahertz("2,4 GHz"), 2400);
   EXPECT_EQ(megahertz("1067 MHz"), 1067);
+  EXPECT_EQ(megahertz("1 GB"), std::nullopt);
   EXPECT_EQ(megahertz("2400"), std::nullopt);
   EXPECT_EQ(wholeNumber("-12"), -12);
   EXPECT_EQ(wholeNumber("12 "), std::nullopt);
@@ -90,6 +101,10 @@ TEST(Texts, OfDisplaysAndUsbAreReadInAllTheirForms) {
       {"1024 x",                     0,    0,    0    },
       {"9999999999999999999999 x 1", 0,    0,    0    },
       {"@",                          0,    0,    0    },
+      {"10  x  20@  5",              10,   20,   5    },
+      {"0 x 20 @ 0",                 0,    0,    0    },
+      {"20 x 0",                     0,    0,    0    },
+      {"20 X 1",                     0,    0,    0    },
   };
   for (const auto& [text, width, height, rate] : pictures) {
     const auto size = pictureSize(text);
@@ -106,6 +121,11 @@ TEST(Texts, OfDisplaysAndUsbAreReadInAllTheirForms) {
       {"0x21",                             "0021"},
       {"0x123456",                         {}    },
       {"0x12zz",                           {}    },
+      {"0x12345",                          {}    },
+      {"0XaBcD",                           "abcd"},
+      {"0x9f0A",                           "9f0a"},
+      {"0x",                               {}    },
+      {"1x12",                             {}    },
       {"LG",                               {}    },
   };
   for (const auto& [text, id] : ids) EXPECT_EQ(usbId(text), id) << text;

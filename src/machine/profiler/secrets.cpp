@@ -48,6 +48,9 @@ constexpr SecretPlace kPlaces[] = {
     {"SPCameraDataType",          "_items",                                          "_name",                            "devices",  Secret::FreeText       },
     {"SPThunderboltDataType",     "",                                                "device_name_key",                  "devices",  Secret::FreeText       },
 };
+static_assert(std::ranges::all_of(kPlaces, [](const SecretPlace& place) {
+  return tableAt(place.table) < kTableCount;
+}));
 
 // Serial numbers stand under dozens of keys, which all say so.
 constexpr SecretPlace kSerial = {"", "", "", "devices", Secret::Serial};

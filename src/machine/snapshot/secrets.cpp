@@ -34,6 +34,9 @@ constexpr SecretPlace kPlaces[] = {
     {"Printer",     "", "print-server",  "printers",    Secret::FreeText       },
     {"Scanner",     "", "",              "printers",    Secret::FreeText       },
 };
+static_assert(std::ranges::all_of(kPlaces, [](const SecretPlace& place) {
+  return tableAt(place.table) < kTableCount;
+}));
 
 }  // namespace
 

@@ -100,7 +100,8 @@ class Walk {
     const bool complete = stream.end == End::Complete;
     const Content content = contentOf(stream.text);
     if (content == Content::Header) {
-      Result<Layout> layout = layOut(complete ? std::move(stream.text) : "", at);
+      if (!complete) return kNowhere;
+      Result<Layout> layout = layOut(std::move(stream.text), at);
       if (layout) layout_ = std::move(*layout);
       return kNowhere;
     }

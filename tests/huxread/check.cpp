@@ -42,6 +42,7 @@ TEST(Check, FindsWhatIsWrongWithATextAndWhere) {
       {"customdata",       "<a></a></a>",                                                                 "section 0: line 1: an end belongs to no element"            },
       {"customdata",       "\t\r\n <a\t/>\r\n",                                                           ""                                                           },
       {"customdata",       "<a\nb='\">' c=\"'>\"><b\r/></a\t>",                                           ""                                                           },
+      {"customdata",       "<a b=\"1\" c='>'/>",                                                          ""                                                           },
       {"customdata",       "<a b='>",                                                                     "section 0: line 1: an element is cut off"                   },
       {"customdata",       "<a><![CDATA[</b>--><]]></a>",                                                 ""                                                           },
       {"customdata",       "<a><![CDATA[></a>",

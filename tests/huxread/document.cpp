@@ -54,6 +54,7 @@ TEST(Document, IsTheTreeOfItsText) {
       {"*library: A 1=2=A\n",                                                  "library: A 1=2=>A;"       },
       {"*Device:1=A=1\n",                                                      "Device:1=>A=1;"           },
       {"*Soft:A==\n",                                                          "Soft:A=>=;"               },
+      {"*Soft:A===A==\n",                                                      "Soft:A===>A==;"           },
       {"*A=B:C=B\n",                                                           "A=>B:C=B;"                },
   };
   for (const auto& [text, tree] : cases) {
@@ -61,6 +62,11 @@ TEST(Document, IsTheTreeOfItsText) {
     ASSERT_TRUE(parsed) << parsed.error().message;
     const Document moved = std::move(*parsed);
     EXPECT_EQ(shape(moved.top()), tree) << text;
+  }
+  for (const std::size_t many : {125U, 127U}) {  // the last place that is tried, and one behind it
+    const std::string equals(many, '=');
+    const auto parsed = Document::parse(kFirstLine + ("*Soft:A " + equals) + "=A\n");
+    EXPECT_EQ(parsed->top()->value(), many == 125 ? "A" : equals + "A");
   }
 }
 

@@ -65,8 +65,9 @@ TEST(Container, RefusesWhatIsNoSnapshotFile) {
   EXPECT_EQ(problemOf(huxFile("", zlibStream(header), true, 0)),
             "header: inflates to more than 1048576 bytes");
   header.pop_back();
-  EXPECT_EQ(problemOf(huxFile("", zlibStream(header), true, 0)),
-            "header: line 1 is no entry of a group");
+  for (const auto& full : {huxFile("", header), huxFile("", zlibStream(header), true, 0)}) {
+    EXPECT_EQ(problemOf(full), "header: line 1 is no entry of a group");
+  }
 }
 
 TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
@@ -76,6 +77,7 @@ TEST(Container, RefusesSectionsThatOverlapOrLeaveTheData) {
   };
   EXPECT_EQ(problemWith(place(12, 400), place(0, 12)), "");
   EXPECT_EQ(problemWith(place(100, 0), place(0, 412)), "");
+  EXPECT_EQ(problemWith(place(0, 412), place(412, 0)), "");
   EXPECT_EQ(problemWith(place(12, 400), place(0, 13)), "section 0: overlaps section 1");
   EXPECT_EQ(problemWith(place(0, 1), place(500, 0)),
             "section 1: offset 500 lies beyond the data (412 bytes)");
@@ -109,6 +111,15 @@ TEST(Container, KeepsWhatItDoesNotKnowAndSaysSo) {
       "bytes " + std::to_string(data.size() - 3) + " to " + end +
           " of the file belong to no section"};
   EXPECT_EQ(container->remarks(), remarks);
+}
+
+TEST(Container, NamesWhatLiesBetweenSections) {
+  const auto file = Container::parse(huxFile(
+      "0123456789", "[H]\ncount=2\nsnapshotcount=0\n[0]\n" + place(6, 4) + "[1]\n" + place(1, 2)));
+  ASSERT_TRUE(file);
+  const std::vector<std::string> remarks = {"bytes 0 to 0 of the file belong to no section",
+                                            "bytes 3 to 5 of the file belong to no section"};
+  EXPECT_EQ(file->remarks(), remarks);
 }
 
 // A header that is not compressed has no checksum.

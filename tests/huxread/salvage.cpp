@@ -129,4 +129,32 @@ TEST(Salvage, SaysWhatIsWrong) {
       "to line #; section # can be read whole");
 }
 
+TEST(Salvage, FindsSectionsWithoutAHeader) {
+  const std::string start = "\xEF\xBB\xBF?keva\n";
+  const std::string other = blob(start + "*Other=\n");
+  std::string file = blob(start + "+Snapshot=\n-\n") + zlibStream("<?xml?>") +
+                     blob(start + "*AssetInfo=\n") + other.substr(0, other.size() - 1) + "B" +
+                     other;
+  const auto told = [](const std::string& bytes) {
+    std::string text;
+    for (const SalvagedSection& section : salvage(bytes).sections) {
+      text += typeName(section.type) + (" " + section.problem) + "\n";
+    }
+    return text;
+  };
+  const std::string all =
+      "snapshot \ncustomdata \nassetinfo \nunknown the end of its block is damaged\n";
+  EXPECT_EQ(told(file), all + "unknown \n");
+  EXPECT_EQ(told(file.substr(0, file.size() - 1)),
+            all + "unknown the end of its block is cut off\n");
+  file.clear();
+  for (int i = 0; i < 1001; ++i) file += zlibStream("<?xml?>");
+  const Salvaged many = salvage(file);
+  EXPECT_EQ(many.sections.size(), 1000U);
+  EXPECT_TRUE(many.what.ends_with("; section 7 can be read whole; 992 more sections")) << many.what;
+  EXPECT_EQ(salvage(fileOfOne("customdata", zlibStream("a") + "bcd")).sections[0].problem,
+            "3 bytes stand behind the end of the zlib stream");
+  EXPECT_EQ(salvage(fileOfOne("customdata", "")).what, "damaged; section 0 can be read to 0 %");
+}
+
 }  // namespace huxread

@@ -52,7 +52,10 @@ TEST(Terminal, GetsNoByteThatSteersIt) {
       {"\xE2\x80\x8EName",                    "\xE2\x80\x8EName"},
       {"é機😀",                    "é機😀"                                         },
       {"\xF0\x9F\x98",                    "\\xF0\\x9F\\x98"},
-      {"\xC0\x9B",                    "\\xC0\\x9B"                                             },
+      {" \x1F~\xC2\x80\xC2\x9F\xC2\xA0",                    " \\u001F~\\u0080\\u009F\xC2\xA0"                       },
+      {"\u2029\u202A\u202F",                    "\u2029\\u202A\u202F"   },
+      {"\u2065\u206A",                    "\u2065\u206A"                             },
+      {"\xC0\x9B",                    "\\xC0\\x9B"       },
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(safe(text), expected);
   EXPECT_EQ(show::onOneLine("a\n\tb\x1B"), "a  b\\u001B");
@@ -152,9 +155,12 @@ TEST(Age, IsSaidInTheLargestUnitThatTellsEnough) {
       {3600,         "1 h ago"      },
       {2 * kDay - 1, "47 h ago"     },
       {2 * kDay,     "2 days ago"   },
+      {59 * kDay,    "59 days ago"  },
       {60 * kDay,    "2 months ago" },
       {729 * kDay,   "24 months ago"},
       {730 * kDay,   "2 years ago"  },
+      {1094 * kDay,  "2 years ago"  },
+      {1095 * kDay,  "3 years ago"  },
   };
   for (const auto& [seconds, words] : cases) {
     EXPECT_EQ(show::age("2026-11-21T16:22:05+01:00", kThen + seconds), words) << seconds;

@@ -67,7 +67,7 @@ std::string rowsOf(const machine::Description& machine, const std::string& table
       known += known.empty() ? " " : " | ";
       known.append(machine::kTables[place].columns[i].name) += "=" + machine::valueText(row[i]);
     }
-    lines += table + ":" + known + "\n";
+    lines.append(table).append(":").append(known).append("\n");
   }
   return lines;
 }

@@ -37,13 +37,13 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
        "version=\"1>0\">"
        "<array >\n" +
            typed("SPA",                "<array\n><!-- </array> -->" + kItem + "<dict />\n</array>") +
-           "</array></plist>",                                                      "a -"},
+           "</array></plist>",                                "a -"         },
       {"without a plist element",
-       "<array>" + typed("SPA",        "<array>" + kItem + "</array>") + "</array>",                       "a"  },
+       "<array>" + typed("SPA",        "<array>" + kItem + "</array>") + "</array>", "a"           },
       {"in two dictionaries, with another one between them",
        "<plist><array>" + typed("SPA", "<array>" + kItem + "</array>") +
-           typed("SPB",                                              "<array><dict><key>_name</key><string>b</string></dict></array>") +
-           typed("SPA",                              "<array>" + kItem + "</array>") + "</array></plist>",
+           typed("SPB",                        "<array><dict><key>_name</key><string>b</string></dict></array>") +
+           typed("SPA",                 "<array>" + kItem + "</array>") + "</array></plist>",
        "a a"},
       {"with items before the type, and keys of the same name further in",
        "<plist><array><dict><key>_items</key><array><dict><key>_name</key><string>a</string>"
@@ -51,14 +51,16 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
        "dict>"
        "</array><key>_properties</key><dict><key>_items</key><array>" +
            kItem + "</array></dict><key>_dataType</key><string>SPA</string></dict></array></plist>",
-       "a"                        },
+       "a"  },
       {"with tags in CDATA",
        "<plist><array>" +
            typed("SPA",
        "<array><dict><key>_name</key><string><![CDATA[</dict></array>]]></string>"
                  "</dict></array>") +
-           "</array></plist>",                                                                                    "</dict></array>"             },
-      {"without any",                                                    "<plist><array>" + typed("SPA",                "<array/>") + "<dict/></array></plist>", ""                                                                                   },
+           "</array></plist>",                                                              "</dict></array>"},
+      {"without any",
+       "<plist><array><array><true/></array>" + typed("SPA",                "<array/>") +
+           "<dict/></array></plist>",                         ""                                                                      },
   };
   const auto host = platform::makeHost();
   for (const Case& c : cases) {

@@ -102,9 +102,10 @@ void play(const fs::path& folder, FakeHost& host) {
 void readFile(const fs::path& folder, const TakeFile& take) {
   const auto files = filesOf(folder);
   ASSERT_EQ(files.size(), 1U);
-  const auto file = huxread::Container::open(files.begin()->second.string());
+  const std::string bytes = fileText(files.begin()->second);
+  const auto file = huxread::Container::parse(bytes);
   ASSERT_TRUE(file);
-  take(*file);
+  take(*file, bytes);
 }
 
 }  // namespace
@@ -158,7 +159,7 @@ void scan(const Machine& machine, const TakeFile& take) {
 
 std::string scannedText(const Machine& machine) {
   std::string texts;
-  scan(machine, [&texts](const huxread::Container& file) {
+  scan(machine, [&texts](const huxread::Container& file, const std::string& /*bytes*/) {
     for (const huxread::Section& section : file.sections()) {
       if (section.type != huxread::SectionType::CustomData) texts += *file.text(section.number);
     }
@@ -168,7 +169,7 @@ std::string scannedText(const Machine& machine) {
 
 machine::Description scannedTables(const Machine& machine) {
   machine::Description tables(machine::Source::Snapshot);
-  scan(machine, [&tables](const huxread::Container& file) {
+  scan(machine, [&tables](const huxread::Container& file, const std::string& /*bytes*/) {
     FakeHost host;  // parses property lists
     auto described = machine::describe(file, host);
     ASSERT_TRUE(described) << described.error().message;

@@ -35,7 +35,7 @@ std::string testName(const testing::TestParamInfo<Machine>& info);
 // Scan a machine and read the file back: the file, the text forms of its documents, one after the
 // other, or its tables. Everything that a scan asks is answered from the machine's folders; a scan
 // takes 65 seconds. They fail the test when there is not exactly one readable file.
-using TakeFile = std::function<void(const huxread::Container& file)>;
+using TakeFile = std::function<void(const huxread::Container& file, const std::string& bytes)>;
 void scan(const Machine& machine, const TakeFile& take);
 std::string scannedText(const Machine& machine);
 machine::Description scannedTables(const Machine& machine);

@@ -11,6 +11,7 @@
 #include "fleet/store.h"
 #include "golden/machine.h"
 #include "inspect/compare.h"
+#include "inspect/findings.h"
 #include "page/fleet.h"
 #include "page/report.h"
 #include "show/changes.h"
@@ -49,9 +50,10 @@ constexpr Variant kVariants[] = {
 
 fleet::Scan scanned(const Machine& machine) {
   std::optional<fleet::Scan> result;
-  scan(machine, [&](const huxread::Container& file) {
+  scan(machine, [&](const huxread::Container& file, const std::string& bytes) {
     FakeHost host;
     result = *fleet::readScan(machine.name, machine.name, file, host);
+    result->bytes = bytes;  // how many there are, and so their digest, zlib decides
   });
   return *result;
 }
@@ -78,6 +80,20 @@ void vary(fleet::Scan& scan, int number, const Variant& variant) {
   set("software", "version", "4." + std::to_string(number * 7 % 5));
   set("volumes", "size_bytes", std::int64_t{1'000'000'000});
   set("volumes", "free_bytes", static_cast<std::int64_t>(1e9 * variant.freeShare));
+  scan.machine[machine::tableAt("machine")]
+      .rows[0][machine::columnAt("machine", "integrity_protection")] = number % 2 == 0;
+  scan.findings = inspect::findRemarks(scan.machine);
+}
+
+// What a server takes in of both files of a machine.
+std::string statementsFor(Machine machine) {
+  fleet::ClickHouseInserts inserts;
+  std::string statements = fleet::clickHouseTables();
+  for (const bool debug : {false, true}) {
+    machine.debug = debug;
+    statements += inserts.add(fleet::clickHouseRows(scanned(machine)));
+  }
+  return statements + inserts.finish();
 }
 
 }  // namespace
@@ -87,13 +103,10 @@ TEST_F(GoldenPages, ShowAFleet) {
   ASSERT_TRUE(store) << store.error().message;
   for (const Machine& machine : distinctMachines()) {
     fleet::Scan scan = scanned(machine);
+    scan.bytes = machine.name;
     EXPECT_TRUE(store->add(store->prepare(scan)));
     if (std::string(machine.name) == "virtual") {
-      fleet::ClickHouseInserts inserts;
-      std::string statements = fleet::clickHouseTables();
-      statements += inserts.add(fleet::clickHouseRows(scan));
-      statements += inserts.finish();
-      expectGolden("fleet", goldenPage("fleet", ".sql"), statements);
+      expectGolden("fleet", goldenPage("fleet", ".sql"), statementsFor(machine));
     }
     if (std::string(machine.name) != "tower") continue;
     int number = 0;

@@ -189,7 +189,7 @@ class GoldenRedacted : public testing::TestWithParam<Machine> {};
 }  // namespace
 
 TEST_P(GoldenRedacted, HoldsNoSecretAndIsOtherwiseTheSameAlsoTwice) {
-  scan(GetParam(), [](const Container& file) {
+  scan(GetParam(), [](const Container& file, const std::string& /*bytes*/) {
     FakeHost host;
     const auto machine = machine::describe(file, host);
     const auto result = redact::redact(file, host, {}, "");

@@ -164,8 +164,6 @@ std::unique_ptr<kevaDoc> buildDebugAssetInfo(const AssetFacts& facts, bool nativ
       {"/virtual-type",   "nvtPhysical"           },
       {"/scan-type",      "nstNone"               },
       {"/scan-subtype",   "sstNone"               },
-      {"/inv-number",     ""                      },
-      {"/inv-number",     ""                      },
       {"/auto-icon-type", "nitMacDesktop"         },
       {"/icon-type",      "nitMacDesktop"         },
       {"/first-scan",     ""                      },

@@ -197,10 +197,7 @@ NetworkFacts collectNetworkFacts(const PropertyList& profile, const std::string&
     facts.staticAddress = isText(find(item->find("IPv4"), "ConfigMethod"), "Manual");
     address = textOr(find(item->find("Ethernet"), "MAC Address"));
   }
-  if (ipAddress.empty() && facts.ipAddress.empty() && address.empty()) {
-    facts.ipAddress = "0.0.0.0";
-    facts.staticAddress = false;
-  }
+  if (facts.ipAddress.empty()) facts.ipAddress = "0.0.0.0";
   facts.macAddress = dashedAddress(address);
   for (const PropertyList& service : elements(activeServices(profile))) {
     const PropertyList* smb = service.find("SMB");

@@ -12,25 +12,13 @@ double within(double share) {
   return share > 0 ? std::min(share, 1.0) : 0;  // no number is not above 0
 }
 
-const char* classOf(Tone tone) {
-  switch (tone) {
-    case Tone::Good:
-      return "bar good";
-    case Tone::Bad:
-      return "bar bad";
-    case Tone::Usual:
-      break;
-  }
-  return "bar";
-}
-
 }  // namespace
 
 void drawBar(Html& html, double share, std::string_view words, Tone tone) {
   const Attribute role =
       words.empty() ? Attribute{"aria-hidden", "true"} : Attribute{"role", "img"};
   const Attribute label = words.empty() ? Attribute{} : Attribute{"aria-label", words};
-  const auto bar = html.in("span", {"class", classOf(tone)}, role, label);
+  const auto bar = html.in("span", {"class", tone == Tone::Bad ? "bar bad" : "bar"}, role, label);
   html.element("span", "", {"style", formatString("width:%.1f%%", 100 * within(share))});
 }
 

@@ -10,7 +10,7 @@
 
 namespace page {
 
-enum class Tone { Usual, Good, Bad };
+enum class Tone { Usual, Bad };
 
 // A bar as wide as its place, filled to `share`, from 0 to 1 (what is beyond counts as that, no
 // number as 0). `words` say the same: "62 % used"; "" when they stand beside it.

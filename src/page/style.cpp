@@ -63,7 +63,6 @@ dd { margin: 0; }
 .bar { display: block; height: .8rem; border-radius: 99px; background: var(--track); overflow: hidden; margin: .25rem 0; }
 .bar span { display: block; height: 100%; background: var(--bar); }
 .bar.bad span { background: var(--bad); }
-.bar.good span { background: var(--good); }
 .bar, .bar span, .tag, .screen, .slots li { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 .gauges { display: grid; gap: .2rem 2rem; grid-template-columns: repeat(auto-fill, minmax(min(100%, 20rem), 1fr)); }
 .gauges li { padding: .35rem 0; }

@@ -34,8 +34,10 @@ TEST(AssetInfo, RepeatsWhatTheSnapshotKnows) {
   disk->setAttribute("free", TagValue(10.5), "base-value", "11274289152");
   disk->setAttribute("mount-point", TagValue("/Volumes/Data"));
   disk->setAttribute("used%", TagValue("37"));  // no number
+  disks->child("partition:3")->setAttribute("free", TagValue(1.5));
   const std::string record = textOf(*buildAssetInfo(AssetFacts(), snapshot, true));
   EXPECT_THAT(record, HasSubstr("\ndomain=\nos-sp=\nos-ver=\nos-manuf=Apple Inc.\ncpu-count="));
   EXPECT_THAT(record, HasSubstr("\nhdd-capacity=\n"
-                                "disk:2=Data\n~free=11274289152\n~free%=100\nfw-status=5\n"));
+                                "disk:2=Data\n~free=11274289152\n~free%=100\n"
+                                "disk:3=\n~free=\n~free%=100\nfw-status=5\n"));
 }

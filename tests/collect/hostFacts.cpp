@@ -11,7 +11,8 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
   FakeHost host;
   const auto profile = host.parsePropertyList(R"(<array>
       <dict><key>_dataType</key><string>SPHardwareDataType</string><key>_items</key><array>
-        <dict><key>physical_memory</key><string>8</string></dict>
+        <dict><key>physical_memory</key><string>8</string>
+          <key>packages</key><real>2.9</real></dict>
         <dict><key>machine_model</key><string>second</string></dict>
       </array></dict>
       <dict><key>_dataType</key><string>SPSoftwareDataType</string><key>_items</key><array>
@@ -35,9 +36,9 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
       </array></dict></array>)");
   ASSERT_TRUE(profile);
   const HostFacts facts = collectSoftwareHardwareFacts(host, *profile);
-  EXPECT_EQ(facts.physicalMemory + "|" + facts.systemModel + "|" + facts.userName + "|" +
-                facts.diskFree + "|" + facts.monitorDiagonal,
-            "0||ann|40.8|48");  // 47.501 inches
+  EXPECT_EQ(facts.packageCount + "|" + facts.physicalMemory + "|" + facts.systemModel + "|" +
+                facts.userName + "|" + facts.diskFree + "|" + facts.monitorDiagonal,
+            "2|0||ann|40.8|48");  // 47.501 inches
 }
 
 TEST(HostFacts, TakeTheProfilersUuidWhenTheCommandsIsCut) {

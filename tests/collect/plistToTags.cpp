@@ -123,6 +123,27 @@ TEST(PlistToTags, FollowsTheDeepestNesting) {
   EXPECT_EQ(textOf(raw, path), "*item0=\nitem0=x\n");
 }
 
+TEST(PlistToTags, SetsNothingAtPathsBeyondTheLongest) {
+  FakeHost host;
+  std::string deep = "SP";
+  while (deep.size() < 2 + 2 * (Tag::kMaxPathDepth - 2)) deep += "/a";
+  const std::string longest(Tag::kMaxPathLength - std::string_view("/SPx/").size(), 'a');
+  const std::tuple<std::string, std::string, bool> cases[] = {
+      {"SPx",       longest,       true },
+      {"SPx",       longest + "a", false},
+      {deep,        "k",           true },
+      {deep + "/a", "k",           false},
+  };
+  for (const auto& [type, key, isSet] : cases) {
+    PropertyList::Dictionary dataType;
+    dataType.emplace_back(SharedText("_dataType"), PropertyList(SharedText(type)));
+    dataType.emplace_back(SharedText(key), PropertyList("value"));
+    kevaDoc document(true, "Macintosh");
+    convertProfile(host, PropertyList(PropertyList::Array{dataType}), document);
+    EXPECT_EQ(textOf(document).find("=value") != std::string::npos, isSet) << type << key.size();
+  }
+}
+
 TEST(PlistToTags, SanitizesKeys) {
   EXPECT_EQ(sanitizeKey(SharedText("Read/Write, it's a_b.c-d")), "Read_Write__it_s_a_b.c-d");
   EXPECT_EQ(sanitizeKey(SharedText("‘a’ ‛b “c” ´")), "_a___b_“c”_´");

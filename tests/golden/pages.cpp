@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <iterator>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <variant>
+#include <vector>
 
+#include "base/formatString.h"
+#include "base/isoTime.h"
 #include "fleet/clickhouse.h"
 #include "fleet/overview.h"
 #include "fleet/scan.h"
@@ -14,10 +19,12 @@
 #include "inspect/findings.h"
 #include "page/fleet.h"
 #include "page/report.h"
+#include "show/card.h"
 #include "show/changes.h"
 #include "show/json.h"
 #include "show/styledLines.h"
 #include "support/fakeHost.h"
+#include "support/fileText.h"
 #include "support/workingFolder.h"
 
 // The pages about more than one machine.
@@ -25,27 +32,26 @@
 namespace {
 
 constexpr std::int64_t kNow = 1'552'723'200;  // 2019-03-16 08:00:00 UTC
-constexpr std::int64_t kDay = 86400;
 
-// A Mac like the first one, but with another name, age and share of free space. Each stands beside
-// a border of the groups that a fleet is divided into.
+// A Mac like the tower, but with another name, age and free space of 10'000 bytes. Each stands
+// beside a border of the groups that a fleet is divided into.
 struct Variant {
-  double days;
-  double freeShare;
+  const char* time;
+  std::int64_t free;
 };
 constexpr Variant kVariants[] = {
-    {-1,   0.0499},
-    {0.99, 0.05  },
-    {1,    0.0999},
-    {6.99, 0.1   },
-    {7,    0.2499},
-    {29,   0.25  },
-    {30,   0.4999},
-    {31,   0.5   },
-    {89,   0.7499},
-    {90,   0.75  },
-    {364,  1     },
-    {365,  0     },
+    {"2019-03-17T08:00:00Z", 499   },
+    {"2019-03-15T08:00:01Z", 500   },
+    {"2019-03-15T08:00:00Z", 999   },
+    {"2019-03-09T08:00:01Z", 1'000 },
+    {"2019-03-09T08:00:00Z", 2'499 },
+    {"2019-02-14T08:00:01Z", 2'500 },
+    {"2019-02-14T08:00:00Z", 4'999 },
+    {"2018-12-16T08:00:01Z", 5'000 },
+    {"2018-12-16T08:00:00Z", 7'499 },
+    {"2018-03-16T08:00:01Z", 7'500 },
+    {"2018-03-16T08:00:00Z", 10'000},
+    {"",                     0     },
 };
 
 fleet::Scan scanned(const Machine& machine) {
@@ -60,6 +66,13 @@ fleet::Scan scanned(const Machine& machine) {
 
 class GoldenPages : public WorkingFolder {};
 
+void addSoftware(fleet::Scan& scan, const std::string& name) {
+  const std::size_t software = machine::tableAt("software");
+  machine::Row row(machine::kTables[software].columns.size());
+  row[machine::columnAt("software", "name")] = name;
+  scan.machine[software].rows.push_back(row);
+}
+
 void vary(fleet::Scan& scan, int number, const Variant& variant) {
   const auto set = [&](const char* table, const char* column, machine::Value value) {
     for (machine::Row& row : scan.machine[machine::tableAt(table)].rows) {
@@ -69,20 +82,58 @@ void vary(fleet::Scan& scan, int number, const Variant& variant) {
     }
   };
   const std::string name = "tower " + std::to_string(number);
-  scan.file = scan.bytes = name;
-  scan.digest = fleet::digestOf(name);
+  const int version = number % 96;  // so that there are a hundred with those of the others
+  scan.file = scan.bytes = name + variant.time;
+  scan.digest = fleet::digestOf(scan.bytes);
   scan.owner = name;
-  scan.scannedUnix = kNow - static_cast<std::int64_t>(variant.days * kDay);
+  scan.scannedUnix = unixSeconds(variant.time);
+  set("machine", "scanned_at", variant.time);
   set("machine", "serial", name);
-  set("machine", "name", name);
-  set("machine", "memory_mb", std::int64_t{4096} << number / 3);
-  set("machine", "os_version", "10." + std::to_string(6 + number / 4) + ".8");
+  set("machine", "name", number == 3 ? name + std::string(60, 'w') : name);
+  set("machine", "memory_mb", std::int64_t{1} << number % 9);
+  set("machine", "os_version", formatString("10.%d.%d", version % 12, version / 12));
   set("software", "version", "4." + std::to_string(number * 7 % 5));
-  set("volumes", "size_bytes", std::int64_t{1'000'000'000});
-  set("volumes", "free_bytes", static_cast<std::int64_t>(1e9 * variant.freeShare));
-  scan.machine[machine::tableAt("machine")]
-      .rows[0][machine::columnAt("machine", "integrity_protection")] = number % 2 == 0;
+  set("volumes", "mount_point", "/");
+  set("volumes", "size_bytes", variant.free == 0 ? std::int64_t{1} : std::int64_t{10'000});
+  set("volumes", "free_bytes", variant.free);
+  // What 198 of 200 machines have is on nearly all, and so is what 199 have.
+  std::vector<machine::Row>& software = scan.machine[machine::tableAt("software")].rows;
+  if (number <= 2) software.resize(software.size() - static_cast<std::size_t>(3 - number));
+  for (int i = 0; i < 6; ++i) addSoftware(scan, "Tool " + std::to_string(number * 6 + i));
+  machine::Row& row = scan.machine[machine::tableAt("machine")].rows[0];
+  row[machine::columnAt("machine", "integrity_protection")] = number % 10 == 0;
+  if (number == 2) {
+    for (const char* column :
+         {"name", "netbios_name", "local_hostname", "model_name", "model_id"}) {
+      row[machine::columnAt("machine", column)] = {};
+    }
+  }
+  if (number == 4) scan.machine.setLacksItems();
   scan.findings = inspect::findRemarks(scan.machine);
+}
+
+// A machine of which a text file says all: "TABLE NUMBER COLUMN=VALUE; COLUMN=VALUE" are so many
+// rows.
+machine::Description described(const std::string& name) {
+  machine::Description machine(machine::Source::Snapshot);
+  std::istringstream lines(fileText(PROJECT_FOLDER "/tests/golden/" + name));
+  for (std::string table, count, cells; lines >> table >> count && std::getline(lines, cells);) {
+    const std::size_t place = machine::tableAt(table);
+    machine::Row row(machine::kTables[place].columns.size());
+    std::istringstream rest(cells);
+    for (std::string cell; std::getline(rest >> std::ws, cell, ';');) {
+      const std::string value = cell.substr(cell.find('=') + 1);
+      const std::size_t column = machine::columnAt(table, cell.substr(0, cell.find('=')));
+      const machine::Type type = machine::kTables[place].columns[column].type;
+      if (type == machine::Type::Text) row[column] = value;
+      if (type == machine::Type::Integer) row[column] = std::int64_t{std::stoll(value)};
+      if (type == machine::Type::Real) row[column] = std::stod(value);
+      if (type == machine::Type::Flag) row[column] = value == "yes";
+    }
+    machine[place].recorded = true;
+    machine[place].rows.insert(machine[place].rows.end(), std::stoul(count), row);
+  }
+  return machine;
 }
 
 // What a server takes in of both files of a machine.
@@ -98,27 +149,49 @@ std::string statementsFor(Machine machine) {
 
 }  // namespace
 
+// Two hundred machines: there shares begin to be "<1 %" and "99 %", and lists are cut.
 TEST_F(GoldenPages, ShowAFleet) {
   auto store = fleet::Store::open("fleet.db");
   ASSERT_TRUE(store) << store.error().message;
+  const auto add = [&store](fleet::Scan scan) { EXPECT_TRUE(store->add(store->prepare(scan))); };
   for (const Machine& machine : distinctMachines()) {
     fleet::Scan scan = scanned(machine);
     scan.bytes = machine.name;
-    EXPECT_TRUE(store->add(store->prepare(scan)));
-    if (std::string(machine.name) == "virtual") {
-      expectGolden("fleet", goldenPage("fleet", ".sql"), statementsFor(machine));
-    }
+    for (int i = 0; i < 101; ++i) addSoftware(scan, "Everywhere " + std::to_string(i));
+    add(scan);
     if (std::string(machine.name) != "tower") continue;
-    int number = 0;
-    for (const Variant& variant : kVariants) {
-      vary(scan, ++number, variant);
-      EXPECT_TRUE(store->add(store->prepare(scan)));
+    for (int number = 1; number <= 196; ++number) {
+      fleet::Scan another = scan;
+      const std::string time = formatString("2017-01-01T00:%02d:%02dZ", number / 60, number % 60);
+      const auto i = static_cast<std::size_t>(number - 1);
+      vary(another, number, i < std::size(kVariants) ? kVariants[i] : Variant{time.c_str(), 1});
+      add(another);
     }
+    vary(scan, 1, {"2016-01-01T00:00:00Z", 0});
+    addSoftware(scan, "What it had");
+    add(scan);
   }
   ASSERT_TRUE(store->finish());
   const auto overview = fleet::overviewOf(store->database(), kNow);
   ASSERT_TRUE(overview) << overview.error().message;
   expectGolden("fleet", goldenPage("fleet"), page::fleet(*overview, "huxutil"));
+}
+
+// One machine of which nothing is known.
+TEST_F(GoldenPages, ShowAFleetOfOne) {
+  auto store = fleet::Store::open("");
+  ASSERT_TRUE(store) << store.error().message;
+  const auto digest = fleet::digestOf("");
+  EXPECT_TRUE(
+      store->add(store->prepare({"a.hux", "", digest, {}, {}, described("unknown.txt"), {}})));
+  ASSERT_TRUE(store->finish());
+  const auto overview = fleet::overviewOf(store->database(), kNow);
+  ASSERT_TRUE(overview) << overview.error().message;
+  expectGolden("fleet", goldenPage("fleet-of-one"), page::fleet(*overview, "huxutil"));
+}
+
+TEST_F(GoldenPages, AreWhatAServerTakesIn) {
+  expectGolden("fleet", goldenPage("fleet", ".sql"), statementsFor(machines()[2]));
 }
 
 // Of each table the first row went, the last one came, and numbers in between changed.
@@ -143,6 +216,23 @@ TEST_F(GoldenPages, CompareAMachineWithWhatItWas) {
                show::render(show::changeLines(compared.changes), 80, true));
   expectGolden("comparison", goldenPage("comparison", ".json"),
                show::changesArray(compared.changes));
+}
+
+TEST_F(GoldenPages, CompareTwoMachines) {
+  const machine::Description before = described("other.txt");
+  const machine::Description after = described("parts.txt");
+  const inspect::Comparison compared = inspect::compare(before, after, {});
+  EXPECT_FALSE(compared.sameMachine);
+  expectGolden("comparison", goldenPage("others"),
+               page::comparison({before, "a.hux"}, {after, "b.hux"}, compared, "huxutil"));
+}
+
+// As many parts as are drawn, and one more; displays of odd shapes, a worn battery.
+TEST_F(GoldenPages, ShowAMachineOfManyParts) {
+  const machine::Description machine = described("parts.txt");
+  expectGolden("comparison", goldenPage("parts"), page::report(machine, "parts.hux", "huxutil"));
+  expectGolden("comparison", goldenPage("parts", ".txt"),
+               show::card(machine, "parts.hux", {}, kNow, {true, 80, true}));
 }
 
 // Two files of one scan: what the kinds of file cannot help to state otherwise is left out.

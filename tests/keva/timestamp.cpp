@@ -12,4 +12,5 @@ TEST(Timestamp, GivesTheOffsetInMinutes) {
     EXPECT_EQ(completeTimestamp(date + offset, TimestampForm::Long), date + minutes) << offset;
     EXPECT_EQ(completeTimestamp(date + offset, TimestampForm::Short), date + offset);
   }
+  EXPECT_STREQ(timestampPattern(TimestampForm::Short), "yyyy-MM-dd");
 }

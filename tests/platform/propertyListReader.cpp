@@ -29,10 +29,12 @@ TEST(PropertyListReader, ReadsElements) {
   const std::map<std::string, std::string> cases = {
       {"<integer>-00</integer>",                            "3:0"                                 },
       {"<integer> \n+007</integer>",                        "4:7"                                 },
+      {"<integer>+0X1f</integer>",                          "4:31"                                },
       {"<integer>-0x1F</integer>",                          "4:-31"                               },
       {"<integer>-9223372036854775808</integer>",           "4:-9223372036854775808"              },
       {"<real> -1e3</real>",                                "6:-1000.000000"                      },
       {"<date>2100-03-01T13:47:05Z</date>",                 "@3129284825"                         },
+      {"<date>0000-02-29T00:00:00Z</date>",                 "@-63140428800"                       },
       {"<date>1970-01-01T00:00:00Z</date>",                 "@-978307200"                         },
       {"<data></data>",                                     "data"                                },
       {"<string>\xE2\x80\x99\xF4\x8F\xBF\xBF\x01</string>", "\"\xE2\x80\x99\xF4\x8F\xBF\xBF\x01\""},

@@ -147,8 +147,21 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
       0,
       "path,value\n/kind,mac\n/Software/Soft:Safari/,Safari\n/Software/Soft:Safari/version,15\n"
       "/Software/Soft:Safari/version~unit,x\n/OS/,all\n/OS/os/name,macOS\n");
-  write("statements", "SELECT 1 AS one;\n-- nothing\nSELECT 2 AS two\n");
-  expect("sql --db f.db <statements", 0, "one\n  1\ntwo\n  2\n");
+  write("statements", "SELECT 1.5 AS one;\n-- nothing\nSELECT x'09AF' AS two\n");
+  expect("sql --db f.db <statements", 0, "one\n1.5\ntwo\nx'09AF'\n");
+  expect(
+      "sql --db f.db --csv \"SELECT serial, min(rowid), count(*) FROM entries WHERE path GLOB "
+      "'/OS/*'"
+      " GROUP BY serial\"",
+      0, "serial,min(rowid),count(*)\nA,7,2\nB,15,2\n");
+  for (const auto& [version, problem] : {
+           std::pair('\x01', "an older"), {'\x03', "a newer"}
+  }) {
+    std::string other = fileText("f.db");
+    other[63] = version;  // the number of the user in the header of SQLite's files
+    write("other.db", other);
+    expect("sql --db other.db 'SELECT 1'", 2, "", HasSubstr(problem));
+  }
 
   // What is no file is not waited for, and what nobody reads is not made.
   outcome("mkfifo macs/pipe.hux pipe && ln -s nowhere macs/link.hux && mkdir none");
@@ -210,8 +223,15 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
          "huxutil: sql: near \"FORM\": syntax error, at character 10\n");
   expect("sql --db f.db \"SELECT '\xC3\xA9', nane FROM software\"", 2, "",
          "huxutil: sql: no such column: nane, at character 13\n");
-  expect("sql --db f.db \"SELECT 1 AS b; SELECT name, a FROM software\"", 2, "b\n1\n",
-         "huxutil: sql: no such column: a, at character 29\n");
+  expect(
+      "sql --db f.db \"SELECT 1 AS b; SELECT a_, a1, aZ, Za, a\xC3\xA9, a FROM (SELECT 1 AS a_, 2"
+      " AS a1, 3 AS aZ, 4 AS Za, 5 AS a\xC3\xA9)\"",
+      2, "b\n1\n", "huxutil: sql: no such column: a, at character 43\n");
+  expect("sql --db f.db 'SELECT a'", 2, "", HasSubstr("column: a, at character 8\n"));
+  expect(
+      "sql --db f.db 'PRAGMA table_info(_seed); PRAGMA index_list(_scans); PRAGMA database_list;"
+      " PRAGMA index_info(_scans_serial); PRAGMA collation_list; PRAGMA compile_options'",
+      0, HasSubstr("seed"));
   expect("sql --db f.db \"SELECT zeroblob(600000000)\"", 2, testing::_,
          "huxutil: sql: string or blob too big\n");
 }

@@ -178,7 +178,7 @@ sqlite3_module makeModule() {
 
 bool offerEntries(sqlite3* connection) {
   static const sqlite3_module kModule = makeModule();
-  static bool now = true;  // what tells the second module from the first
+  static char now;  // its address tells the second module from the first
   return sqlite3_create_module(connection, "entries", &kModule, nullptr) == SQLITE_OK &&
          sqlite3_create_module(connection, "entries_now", &kModule, &now) == SQLITE_OK;
 }

@@ -142,7 +142,9 @@ std::string statementsFor(Machine machine) {
   std::string statements = fleet::clickHouseTables();
   for (const bool debug : {false, true}) {
     machine.debug = debug;
-    statements += inserts.add(fleet::clickHouseRows(scanned(machine)));
+    fleet::Scan scan = scanned(machine);
+    if (debug) scan.machine[0].rows[0][machine::columnAt("machine", "serial")] = "V1";
+    statements += inserts.add(fleet::clickHouseRows(scan));
   }
   return statements + inserts.finish();
 }

@@ -293,6 +293,10 @@ TEST_F(FleetDatabase, IsDrawnOnOnePage) {
             HasSubstr("Safari <small>16 on 2, &lt;b&gt;&amp; on 1<"),
             HasSubstr("<h3>The hardware is missing</h3>"), HasSubstr("3 machines \xC2\xB7 100 %"),
             HasSubstr("<small>&lt;script&gt;</small>"), testing::Not(HasSubstr("<script"))));
+  expect(
+      "sql --csv --db f.db \"SELECT (SELECT count(*) FROM entries WHERE value = 'Safari') AS a,"
+      " (SELECT count(*) FROM entries_now WHERE value = 'Safari') AS b\"",
+      0, "a,b\n4,3\n");
   expect("fleet --db f.db -o page.html", 0, "");
   expect("fleet --db f.db -o page.html", 2, "", HasSubstr("page.html: "));
   expect("load nowhere.hux --db empty.db", 1, testing::_, testing::_);

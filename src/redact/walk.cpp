@@ -40,7 +40,7 @@ class ProfileWalker {
       if (!around_.empty()) around_.pop_back();
       key_ = {};
     } else if (!name.starts_with('/') && !name.ends_with('/') && !name.starts_with('!') &&
-               !name.starts_with('?') && !name.starts_with("plist")) {
+               !name.starts_with('?')) {
       const std::size_t close = text_.find('<', end);
       if (close == std::string_view::npos) return text_.size();
       value(name, end + 1, close);

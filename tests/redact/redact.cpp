@@ -53,6 +53,8 @@ TEST(Redact, RefusesWhatItCannotRead) {
     const auto result = redacted(file);
     return result ? "" : result.error().message;
   };
+  EXPECT_EQ(messageOf(fileOfOne("snapshot", blob("\xEF\xBB\xBF?keva\n+Snapshot=\nx\n-\n"))),
+            "section 0: line 3 is no entry");
   EXPECT_NE(
       messageOf(fileOfOne("snapshot", data.substr(0, 20) + std::string(80, 'x') + "\0\1KEVA")), "");
   const std::string header =

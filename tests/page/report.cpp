@@ -186,6 +186,12 @@ TEST(Comparison, SaysWhenThereIsNothingToTell) {
             "These are two different machines: ");
 }
 
+TEST(Html, LeavesOutAnAttributeWithoutAValue) {
+  Html html;
+  html.empty("br", {}, {"id", "x"});
+  EXPECT_EQ(html.written(), "<br id=\"x\"/>");
+}
+
 TEST(Drawing, TakesAnyShare) {
   Html html;
   page::drawChart(html, "c",

@@ -57,6 +57,12 @@ TEST(Redact, RefusesWhatItCannotRead) {
             "section 0: line 3 is no entry");
   EXPECT_NE(
       messageOf(fileOfOne("snapshot", data.substr(0, 20) + std::string(80, 'x') + "\0\1KEVA")), "");
+  std::string users;
+  for (int i = 0; i < 3000; ++i)
+    users += "*usr-acc:=" + std::to_string(i) + std::string(200, 'x') + "\n";
+  EXPECT_EQ(
+      messageOf(fileOfOne("snapshot", blob("\xEF\xBB\xBF?keva\n+Snapshot=\n" + users + "-\n"))),
+      "holds more names than can be looked for");
   const std::string header =
       "[H]\ncount=2\nsnapshotcount=1\n[0]\noffset=0\nlength=" + std::to_string(data.size()) +
       "\ntype=snapshot\n[1]\noffset=" + std::to_string(data.size()) + "\nlength=";

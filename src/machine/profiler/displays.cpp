@@ -115,13 +115,9 @@ void writeSystemFacts(const PropertyList& item, Row& row) {
     const std::int64_t number = integerIn(item, key).value_or(0);
     return number < 0 || number > 9999 ? 0U : static_cast<std::uint32_t>(number);
   };
-  // Every built-in panel of Apple silicon states this number.
-  constexpr std::uint32_t kPanel = 0xfd626d62;
   const std::uint32_t serial = hexadecimal(textIn(item, "_spdisplays_display-serial-number"));
   const std::uint32_t product = hexadecimal(textIn(item, "_spdisplays_display-product-id"));
-  if (serial != kPanel && !isKnown(row[at("serial")])) {
-    set(row, at("serial"), serialNumber(serial));
-  }
+  if (!isKnown(row[at("serial")])) set(row, at("serial"), serialNumber(serial));
   set(row, at("manufacturer"),
       manufacturerName(hexadecimal(textIn(item, "_spdisplays_display-vendor-id"))));
   if (product != 0 && product <= 0xFFFF) set(row, at("product_id"), formatString("%04x", product));

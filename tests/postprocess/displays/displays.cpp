@@ -42,6 +42,7 @@ TEST(Displays, NameTheUsualShapesOfPictures) {
   const std::tuple<unsigned, unsigned, const char*> kCases[] = {
       {1366, 768,  "16:9"   },
       {2100, 900,  "21:9"   },
+      {2560, 1080, "21:9"   },
       {1280, 854,  "3:2"    },
       {1152, 870,  "4:3"    },
       {1270, 1024, "5:4"    },

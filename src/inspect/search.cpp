@@ -33,7 +33,7 @@ std::vector<Match> search(const Description& machine, std::string_view term) {
 }
 
 std::string rowTitle(const Table& table, const Row& row, std::size_t number) {
-  for (const std::string_view name : {"name", "model", "profile"}) {
+  for (const std::string_view name : {"name", "model"}) {
     for (std::size_t i = 0; i < row.size(); ++i) {
       if (table.columns[i].name == name && isKnown(row[i])) return valueText(row[i]);
     }

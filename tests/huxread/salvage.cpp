@@ -122,6 +122,10 @@ TEST(Salvage, SaysWhatIsWrong) {
   };
   EXPECT_EQ(withoutNumbers(salvage(halfDamaged).what),
             "damaged; section # can be read to # %; section # can be read whole");
+  SalvagedSection half;
+  half.length = 200;
+  half.used = 100;
+  EXPECT_EQ(extentOf(half), "section 0 can be read to 50 %");
   halfDamaged.replace(headerAt, 1, "y");
   EXPECT_EQ(
       withoutNumbers(salvage(halfDamaged).what),

@@ -198,7 +198,7 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
                                       "CREATE TABLE t (a)",
                                       "CREATE TEMP TABLE t (a)",
                                       "UPDATE _scans SET file = 1",
-                                      "ATTACH 'x.db' AS x",
+                                      "ATTACH 'f.db' AS x",
                                       "VACUUM",
                                       "VACUUM INTO 'x.db'",
                                       "PRAGMA journal_mode = WAL",
@@ -250,6 +250,7 @@ TEST_F(FleetDatabase, AnswersAtAPrompt) {
   prompt.types("\n");
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types(".tables \n");
+  ASSERT_TRUE(prompt.shows("scans\r\n"));
   ASSERT_TRUE(prompt.shows("entries_now"));
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types("SELECT 1 +\n");

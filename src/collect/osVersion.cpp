@@ -39,9 +39,7 @@ OsVersion OsVersion::parse(const std::string& text) {
     minor = tail(text, found + family.size() + kMajor);
     break;
   }
-  std::size_t end = minor.find('.');
-  if (end == std::string::npos) end = minor.find(' ');
-  os.minor = std::atoi(minor.substr(0, end).c_str());
+  os.minor = std::atoi(minor.c_str());
   const bool named = os.minor >= 0 && static_cast<std::size_t>(os.minor) < std::size(kNames);
   os.name = named ? kNames[os.minor] : text;
   os.update = updateOf(os.version);

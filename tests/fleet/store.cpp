@@ -173,6 +173,8 @@ TEST_F(FleetStore, KeepsWhatIsKnownAsItIs) {
                      "SELECT quote(machine_serial) || quote(serial) || quote(name) ||"
                      " quote(hub) || quote(power_ma) || quote(speed_mbit_s) FROM usb"),
               ElementsAre("'A''0012'NULL1500NULL", "'A'NULL'\xC3\xA9 \"x\"\n'NULLNULL1.5"));
+  EXPECT_THAT(answer(store, "SELECT substr(not_recorded, 1, 30) FROM scans"),
+              ElementsAre("memory, disks, volumes, adapte"));
   EXPECT_THAT(answer(store, "SELECT serial || id || severity || text FROM findings_now"),
               ElementsAre("AHUX201remarkoff"));
 }

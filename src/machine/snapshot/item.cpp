@@ -46,7 +46,6 @@ Row& addRow(TableData& table, std::size_t place) {
 Row& machineRow(Description& machine) {
   constexpr std::size_t kMachine = tableAt("machine");
   TableData& table = machine[kMachine];
-  table.recorded = true;
   return table.rows.empty() ? addRow(table, kMachine) : table.rows.front();
 }
 

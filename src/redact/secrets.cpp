@@ -265,13 +265,16 @@ void Secrets::giveTokens() {
   chooseNumbers();
 }
 
-// Behind every number that is a secret as it is or in hexadecimal.
+// Behind every number that is a secret as it is, in hexadecimal, or as a display's, whose digits are
+// hexadecimal ones also where its kind of value is a decimal number.
 void Secrets::chooseNumbers() {
   constexpr std::size_t kMostDigits = 8;
   std::set<unsigned long> taken;
   for (const Secret& secret : secrets_) {
     if (secret.kind != Kind::Serial || secret.text.size() > kMostDigits) continue;
     for (const int base : {10, 16}) taken.insert(std::strtoul(secret.text.c_str(), nullptr, base));
+    const std::string digits = formatString("%lx", std::strtoul(secret.text.c_str(), nullptr, 10));
+    taken.insert(std::strtoul(digits.c_str(), nullptr, 10));
   }
   for (const unsigned long number : taken) {
     if (number >= firstNumber_ + secrets_.size()) break;

@@ -5,8 +5,8 @@
 
 namespace {
 
-// Where `count` more bytes can be put, behind those of the text. Its room grows in large steps: what
-// is never written to costs nothing, and little has to be copied.
+// Where `count` more bytes can be put, behind those of the text. Its room grows in large steps:
+// what is never written to costs nothing, and little has to be copied.
 char* roomFor(std::size_t count, std::string& text) {
   constexpr std::size_t kStep = 16;
   const std::size_t size = text.size();

@@ -265,8 +265,8 @@ void Secrets::giveTokens() {
   chooseNumbers();
 }
 
-// Behind every number that is a secret as it is, in hexadecimal, or as a display's, whose digits are
-// hexadecimal ones also where its kind of value is a decimal number.
+// Behind every number that is a secret as it is, in hexadecimal, or as a display's, whose digits
+// are hexadecimal ones also where its kind of value is a decimal number.
 void Secrets::chooseNumbers() {
   constexpr std::size_t kMostDigits = 8;
   std::set<unsigned long> taken;

@@ -116,6 +116,11 @@ class Remarks {
     findings_.push_back(finding(id, std::move(text)));
   }
 
+  // `which`: its name; may be "".
+  void add(std::string_view id, const std::string& text, std::string_view which) {
+    add(id, which.empty() ? text : text + ": " + std::string(which));
+  }
+
   void checkSettings() {
     for (const Row& row : table(machine_, "firewall").rows) {
       if (textOf(row[columnAt("firewall", "kind")]) == "global" &&
@@ -132,21 +137,21 @@ class Remarks {
   void checkDisks() {
     for (const Row& row : table(machine_, "disks").rows) {
       if (textOf(row[columnAt("disks", "health")]) != "failing") continue;
-      add("HUX202", "a disk is failing: " + std::string(textOf(row[columnAt("disks", "model")])));
+      add("HUX202", "a disk is failing", textOf(row[columnAt("disks", "model")]));
     }
   }
 
   void checkVolumes() {
     std::set<std::string_view> containers;  // told of: their volumes share what is free
     for (const Row& row : table(machine_, "volumes").rows) {
-      const std::string name(textOf(row[columnAt("volumes", "name")]));
+      const std::string_view name = textOf(row[columnAt("volumes", "name")]);
       const std::string_view container = textOf(row[columnAt("volumes", "container")]);
       const bool startup = textOf(row[columnAt("volumes", "mount_point")]) == "/";
       if (isNearlyFull(row) && (container.empty() || containers.insert(container).second)) {
-        add("HUX204", "a volume is nearly full: " + name);
+        add("HUX204", "a volume is nearly full", name);
       }
       if (startup && isFalse(row[columnAt("volumes", "encrypted")])) {
-        add("HUX208", "the startup volume is not encrypted: " + name);
+        add("HUX208", "the startup volume is not encrypted", name);
       }
     }
   }
@@ -154,8 +159,7 @@ class Remarks {
   void checkMemory() {
     for (const Row& row : table(machine_, "memory").rows) {
       if (!isBroken(row)) continue;
-      add("HUX207",
-          "a memory module does not work: " + std::string(textOf(row[columnAt("memory", "slot")])));
+      add("HUX207", "a memory module does not work", textOf(row[columnAt("memory", "slot")]));
     }
   }
 

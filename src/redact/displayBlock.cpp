@@ -14,9 +14,14 @@ namespace {
 
 constexpr std::size_t kBlock = 128;  // bytes; extensions follow
 
-std::vector<std::uint8_t> bytesOf(std::string_view digits) {
+std::string_view prefixOf(std::string_view text) {
+  return text.starts_with("0x") ? text.substr(0, 2) : "";
+}
+
+// None when it is anything else than digits.
+std::vector<std::uint8_t> bytesOf(std::string_view block) {
   constexpr std::string_view kDigits = "0123456789abcdef";
-  const std::string text = toLower(digits);
+  const std::string text = toLower(block.substr(prefixOf(block).size()));
   std::vector<std::uint8_t> bytes;
   for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
     const std::size_t high = kDigits.find(text[i]);
@@ -36,6 +41,10 @@ void setCheckSum(std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
+bool isDisplayBlock(std::string_view text) {
+  return bytesOf(text).size() >= kBlock;
+}
+
 bool statesDisplay(std::uint32_t number) {
   constexpr std::uint32_t kNone[] = {0, 1, 0x01010101, 0xFD626D62, 0xFFFFFFFF};
   return std::ranges::find(kNone, number) == std::end(kNone);
@@ -44,8 +53,7 @@ bool statesDisplay(std::uint32_t number) {
 std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
     std::string_view digits,
     const std::function<std::optional<unsigned>(const std::string& serial)>& find) {
-  const std::string_view prefix = digits.starts_with("0x") ? digits.substr(0, 2) : "";
-  std::vector<std::uint8_t> bytes = bytesOf(digits.substr(prefix.size()));
+  std::vector<std::uint8_t> bytes = bytesOf(digits);
   if (bytes.size() < kBlock) return std::nullopt;
   unsigned last = 0;
   for (const std::size_t at : {54U, 72U, 90U, 108U}) {  // the descriptors, of 18 bytes
@@ -71,7 +79,7 @@ std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
   }
   if (last == 0) return std::nullopt;
   setCheckSum(bytes);
-  std::string text(prefix);
+  std::string text(prefixOf(digits));
   for (const std::uint8_t byte : bytes) text += formatString("%02x", byte);
   return std::pair(std::move(text), last);
 }

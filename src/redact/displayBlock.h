@@ -12,7 +12,10 @@ namespace redact {
 // Whether the number in a display's block is one; some stand in for a missing one.
 bool statesDisplay(std::uint32_t number);
 
-// An EDID block (VESA E-EDID 1.4) in hexadecimal digits without its serial number: `find` gives
+// Whether a text is an EDID block (VESA E-EDID 1.4) in hexadecimal digits, with "0x" or without.
+bool isDisplayBlock(std::string_view text);
+
+// Such a block without its serial number: `find` gives
 // what is to stand there for one, above 0. With it the last of these. Nothing when there is none,
 // or when the text is no such block.
 std::optional<std::pair<std::string, unsigned>> displayBlockWithout(

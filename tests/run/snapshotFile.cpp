@@ -17,6 +17,7 @@ using SnapshotFile = WorkingFolder;
 TEST(SnapshotName, IsTheMachineAndItsAddress) {
   EXPECT_EQ(snapshotStem("Ann's mäc", "00-1C-42-AB-CD-EF"), "ANN'S MäC_001C42ABCDEF");
   EXPECT_EQ(snapshotStem("../a/b", ""), ".._A_B_");
+  EXPECT_EQ(snapshotStem("a", std::string(41, 'b')), "A_" + std::string(40, 'b'));
   EXPECT_EQ(snapshotStem("a\nb\x7F", std::string("../00:1C\t\0", 10)), "A_B__.._00:1C__");
   EXPECT_EQ(snapshotStem(std::string(199, 'a') + "\xC3\xA4", "00"), std::string(199, 'A') + "_00");
 }

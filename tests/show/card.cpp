@@ -34,7 +34,7 @@ std::string withoutColours(std::string text) {
 }  // namespace
 
 TEST(Card, ShowsAMachineOnOneScreen) {
-  EXPECT_EQ(show::card(notebook(), "MARA(1).hux", kFindings, kNow, {}),
+  EXPECT_EQ(show::card(notebook(), "MARA'(1).hux", kFindings, kNow, {}),
             R"(Mara’s MacBook Pro                                    debug file, agent 17.05.24
 MacBook Pro (MacBookPro18,3)  C02XK0AAJGH5   scanned 2026-11-21 16:22, 4 min ago
 
@@ -54,7 +54,7 @@ attached  1 USB device
 software  318 applications, 12 not from a known developer
 
 ! the disk "Kestrel Backup" is failing
-! 2 findings more: huxutil verify --complete 'MARA(1).hux'
+! 2 findings more: huxutil verify --complete 'MARA'\''(1).hux'
 )");
 }
 

@@ -5,12 +5,17 @@
 
 namespace {
 
-// Where `count` more bytes can be put, behind those of the text. Its room grows in large steps:
-// what is never written to costs nothing, and little has to be copied.
+// Where `count` more bytes can be put, behind those of the text. Its room grows in large steps as
+// long as it is not large itself: what is never written to costs nothing, and little has to be
+// copied.
 char* roomFor(std::size_t count, std::string& text) {
   constexpr std::size_t kStep = 16;
+  constexpr std::size_t kLarge = std::size_t{1} << 28;  // bytes
   const std::size_t size = text.size();
-  if (text.capacity() - size < count) text.reserve(kStep * std::max(text.capacity(), count));
+  if (text.capacity() - size < count) {
+    const std::size_t room = std::max(text.capacity(), count);
+    text.reserve(std::max(2 * room, std::min(kStep * room, kLarge)));
+  }
   text.resize(size + count);
   return text.data() + size;
 }

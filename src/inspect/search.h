@@ -20,7 +20,7 @@ struct Match {
 // letters (of Latin, Greek and Cyrillic script). An empty term stands nowhere.
 std::vector<Match> search(const machine::Description& machine, std::string_view term);
 
-// What a person calls a row: "name", "model" or "profile" where the table has one that is known,
+// What a person calls a row: "name" or "model" where the table has one that is known,
 // else its first known value that identifies it, else its number, from 1.
 std::string rowTitle(const machine::Table& table, const machine::Row& row, std::size_t number);
 

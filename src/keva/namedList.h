@@ -18,7 +18,7 @@
 template <typename Node>
 class NamedList {
  public:
-  // Walks the nodes in their order, as pointers.
+  // Walks the nodes in their order, as pointers. Nodes that are appended meanwhile may be left out.
   class Iterator {
    public:
     Iterator() = default;  // at the end

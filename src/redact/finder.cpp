@@ -82,15 +82,24 @@ bool isLetter(char c) {
 }
 
 // Whether a sign begins there that ends a word: a no-break blank, a quotation mark, a dash (U+0080
-// to U+00BF, U+2000 to U+203F, U+3000 to U+303F).
+// to U+00BF, U+2000 to U+203F, U+3000 to U+303F). Of the last two a few are letters, or join them.
 bool isSign(std::string_view text, std::size_t at) {
-  const std::string_view begin = text.substr(at, 2);
-  return begin.starts_with('\xC2') || begin == "\xE2\x80" || begin == "\xE3\x80";
+  constexpr std::string_view kLetters[] = {"\xE2\x80\x8C", "\xE2\x80\x8D", "\xE3\x80\x85",
+                                           "\xE3\x80\x86", "\xE3\x80\x87"};
+  const std::string_view begin = text.substr(at, 3);
+  if (!begin.starts_with('\xC2') && !begin.starts_with("\xE2\x80") &&
+      !begin.starts_with("\xE3\x80"))
+    return false;
+  return std::ranges::none_of(
+      kLetters, [begin](std::string_view letter) { return begin.starts_with(letter); });
 }
 
 bool isBesideSign(std::string_view text, std::size_t at) {
+  constexpr std::size_t kLongest = 4;  // bytes of a character
   std::size_t before = at - 1;
-  while (before > 0 && (static_cast<unsigned char>(text[before]) & 0xC0) == 0x80) --before;
+  while (before > 0 && at - before < kLongest &&
+         (static_cast<unsigned char>(text[before]) & 0xC0) == 0x80)
+    --before;
   return isSign(text, at) || isSign(text, before);
 }
 

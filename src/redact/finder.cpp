@@ -64,12 +64,19 @@ void addNames(std::string_view text, std::string_view key, Secrets& secrets) {
   secrets.add(Kind::User, several ? text.substr(0, text.find_first_of(" \r\t")) : text);
 }
 
+// The first three bytes of a hardware address, "00-00-5E": everybody has them of that maker.
+bool isMaker(std::string_view value) {
+  constexpr std::size_t kSize = 8;  // bytes
+  const auto canonical = canonicalOf(Kind::HardwareAddress, value);
+  return value.size() == kSize && canonical &&
+         canonical->size() == std::string_view("x:00005e").size();
+}
+
 void addField(const std::string& value, const Field& field, Kind kind, Secrets& secrets) {
-  constexpr std::size_t kMaker = 8;  // characters of three bytes: "00-00-5E"
   if (machine::isDisplayNumber(field.key)) {
     secrets.add(Kind::Serial, displayNumber(value));
-  } else if (kind == Kind::HardwareAddress && value.size() == kMaker) {
-    return;  // of the maker, as everybody has them
+  } else if (kind == Kind::HardwareAddress && isMaker(value)) {
+    return;
   } else if (kind == Kind::User) {
     addNames(value, field.key, secrets);
   } else {

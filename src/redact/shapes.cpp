@@ -202,7 +202,7 @@ class Scanner {
     std::size_t end = i;
     while (isHex(at(end)) || (at(end) == ':' && (isHex(at(end + 1)) || at(end + 1) == ':'))) ++end;
     if (text_.substr(0, end).ends_with(':')) end += at(end) == ':' ? 1 : 0;
-    if (isWord(at(end))) return 0;
+    if (isWord(at(end))) end = text_.rfind(':', end);  // what goes on is none of it
     return give(begin, end, Kind::NetworkAddress, ipv6Canonical(text_.substr(begin, end - begin)));
   }
 

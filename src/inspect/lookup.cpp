@@ -45,8 +45,8 @@ std::optional<Name> parseName(std::string_view text) {
 bool isCalled(const Table& table, const Row& row, const std::string& wanted) {
   for (std::size_t i = 0; i < row.size(); ++i) {
     const Column& column = table.columns[i];
-    const bool names = column.identity != Identity::No || column.name == "name" ||
-                       column.name == "model" || column.name == "profile";
+    const bool names =
+        column.identity != Identity::No || column.name == "name" || column.name == "model";
     if (names && isKnown(row[i]) && foldCase(valueText(row[i])) == wanted) return true;
   }
   return false;

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <variant>
 #include <vector>
@@ -25,6 +24,7 @@
 #include "show/styledLines.h"
 #include "support/fakeHost.h"
 #include "support/fileText.h"
+#include "support/rows.h"
 #include "support/workingFolder.h"
 
 // The pages about more than one machine.
@@ -112,28 +112,9 @@ void vary(fleet::Scan& scan, int number, const Variant& variant) {
   scan.findings = inspect::findRemarks(scan.machine);
 }
 
-// A machine of which a text file says all: "TABLE NUMBER COLUMN=VALUE; COLUMN=VALUE" are so many
-// rows.
-machine::Description described(const std::string& name) {
-  machine::Description machine(machine::Source::Snapshot);
-  std::istringstream lines(fileText(PROJECT_FOLDER "/tests/golden/" + name));
-  for (std::string table, count, cells; lines >> table >> count && std::getline(lines, cells);) {
-    const std::size_t place = machine::tableAt(table);
-    machine::Row row(machine::kTables[place].columns.size());
-    std::istringstream rest(cells);
-    for (std::string cell; std::getline(rest >> std::ws, cell, ';');) {
-      const std::string value = cell.substr(cell.find('=') + 1);
-      const std::size_t column = machine::columnAt(table, cell.substr(0, cell.find('=')));
-      const machine::Type type = machine::kTables[place].columns[column].type;
-      if (type == machine::Type::Text) row[column] = value;
-      if (type == machine::Type::Integer) row[column] = std::int64_t{std::stoll(value)};
-      if (type == machine::Type::Real) row[column] = std::stod(value);
-      if (type == machine::Type::Flag) row[column] = value == "yes";
-    }
-    machine[place].recorded = true;
-    machine[place].rows.insert(machine[place].rows.end(), std::stoul(count), row);
-  }
-  return machine;
+// A machine of which a text file of rows says all.
+machine::Description rowsOf(const std::string& name) {
+  return described(machine::Source::Snapshot, fileText(PROJECT_FOLDER "/tests/golden/" + name));
 }
 
 // What a server takes in of both files of a machine.
@@ -184,8 +165,7 @@ TEST_F(GoldenPages, ShowAFleetOfOne) {
   auto store = fleet::Store::open("");
   ASSERT_TRUE(store) << store.error().message;
   const auto digest = fleet::digestOf("");
-  EXPECT_TRUE(
-      store->add(store->prepare({"a.hux", "", digest, {}, {}, described("unknown.txt"), {}})));
+  EXPECT_TRUE(store->add(store->prepare({"a.hux", "", digest, {}, {}, rowsOf("unknown.txt"), {}})));
   ASSERT_TRUE(store->finish());
   const auto overview = fleet::overviewOf(store->database(), kNow);
   ASSERT_TRUE(overview) << overview.error().message;
@@ -221,8 +201,8 @@ TEST_F(GoldenPages, CompareAMachineWithWhatItWas) {
 }
 
 TEST_F(GoldenPages, CompareTwoMachines) {
-  const machine::Description before = described("other.txt");
-  const machine::Description after = described("parts.txt");
+  const machine::Description before = rowsOf("other.txt");
+  const machine::Description after = rowsOf("parts.txt");
   const inspect::Comparison compared = inspect::compare(before, after, {});
   EXPECT_FALSE(compared.sameMachine);
   expectGolden("comparison", goldenPage("others"),
@@ -231,7 +211,7 @@ TEST_F(GoldenPages, CompareTwoMachines) {
 
 // As many parts as are drawn, and one more; displays of odd shapes, a worn battery.
 TEST_F(GoldenPages, ShowAMachineOfManyParts) {
-  const machine::Description machine = described("parts.txt");
+  const machine::Description machine = rowsOf("parts.txt");
   expectGolden("comparison", goldenPage("parts"), page::report(machine, "parts.hux", "huxutil"));
   expectGolden("comparison", goldenPage("parts", ".txt"),
                show::card(machine, "parts.hux", {}, kNow, {true, 80, true}));

@@ -48,7 +48,7 @@ class Bench:
         self.build = build
         self.folder = folder
         self.times = 3 if quick else 7
-        self.rows = []
+        self.agent = [self.program("orbexagent"), "-silent"]
         machines.write_tools(os.path.join(folder, "tools"))
 
     def program(self, name):
@@ -62,24 +62,30 @@ class Bench:
     def machine(self, name, **what):
         machines.write_machine(os.path.join(self.folder, name), **what)
 
-    def run(self, machine, *arguments, times=None):
-        """As many runs as asked for, and one before that is not counted."""
+    def turns(self, machine, *programs, times=None):
+        """The runs of each program, as many as asked for and one before that is not counted. They take turns,
+        since the machine is faster in one second than in another."""
         place = os.path.join(self.folder, "place")
         runs = []
         for _ in range((times or self.times) + 1):
-            shutil.rmtree(place, ignore_errors=True)
-            os.makedirs(place)
-            runs.append(Run(arguments, self.environment(machine), place))
-        return runs[1:]
+            runs.append([])
+            for arguments in programs:
+                shutil.rmtree(place, ignore_errors=True)
+                os.makedirs(place)
+                runs[-1].append(Run(arguments, self.environment(machine), place))
+                for snapshot in glob.glob(os.path.join(place, "*.hux")):
+                    shutil.move(snapshot, self.snapshot(machine))
+        return list(zip(*runs[1:]))
+
+    def snapshot(self, machine):
+        """The file of the last scan of it."""
+        return os.path.join(self.folder, machine + ".hux")
 
     def scan(self, machine, times=None):
-        runs = self.run(machine, self.program("orbexagent"), "-silent", times=times)
-        snapshot, = glob.glob(os.path.join(self.folder, "place", "*.hux"))
-        shutil.move(snapshot, os.path.join(self.folder, machine + ".hux"))
-        return runs
+        scans, = self.turns(machine, self.agent, times=times)
+        return scans
 
     def tell(self, what, value, goal=""):
-        self.rows.append((what, value, goal))
         print(f"{what:<66} {value:>12}  {goal}", flush=True)
 
     def milliseconds(self, what, seconds):
@@ -95,14 +101,14 @@ class Bench:
             self.machine(machine, applications=count)
             xml = os.path.join(self.folder, machine, "SPApplicationsDataType")
             times = min(self.times, 3) if count > 10000 else self.times
-            scans = self.scan(machine, times)
-            own[count] = median(scans, "own")
+            self.scan(machine, times=1)
             text = os.path.join(self.folder, "text")
-            with open(os.path.join(self.folder, machine + ".hux"), "rb") as snapshot, open(text, "wb") as file:
+            with open(self.snapshot(machine), "rb") as snapshot, open(text, "wb") as file:
                 file.write(zlib.decompressobj().decompress(snapshot.read()))
-            floor = median(self.run(machine, self.program("orbex_bench"), "scan", xml, text, times=times), "own")
-            script = median(self.run(machine, sys.executable, os.path.join(HERE, "script.py"), "out",
-                                     times=times), "own")
+            scans, *yardsticks = self.turns(machine, self.agent, [self.program("orbex_bench"), "scan", xml, text],
+                                            [sys.executable, os.path.join(HERE, "script.py"), "out"], times=times)
+            own[count] = median(scans, "own")
+            floor, script = (median(runs, "own") for runs in yardsticks)
             label = f"{count:,} applications"
             self.milliseconds(f"{label}: the agent itself", own[count])
             self.milliseconds(f"{label}: the floor, parsing and deflating alone", floor)
@@ -122,8 +128,8 @@ class Bench:
             with subprocess.Popen([self.program("orbex_bench"), "sleep", str(count)], stdin=subprocess.PIPE,
                                   stdout=subprocess.PIPE) as sleepers:
                 sleepers.stdout.readline()
-                scans = self.scan("empty", times=3)
-                loop = self.run("empty", self.program("orbex_bench"), "popen", str(count), times=3)
+                scans, loop = self.turns("empty", self.agent,
+                                         [self.program("orbex_bench"), "popen", str(count)], times=5)
             label = f"{count:,} processes"
             self.milliseconds(f"{label}: the agent itself", median(scans, "own"))
             self.milliseconds(f"{label}: the agent and its commands, elapsed", median(scans, "wall"))
@@ -139,18 +145,20 @@ class Bench:
     def output(self, length):
         self.machine("output", environment=length)
         peak = median(self.scan("output", times=1), "peak")
-        size = length + os.path.getsize(os.path.join(self.folder, "output.hux"))
+        size = length + os.path.getsize(self.snapshot("output"))
         self.ratio(f"{length / MEGABYTE:.0f} MB of env: peak memory / output and file", peak / size,
                    "at most 2.2")
 
     def readers(self, count):
-        file = os.path.join(self.folder, f"applications-{count}.hux")
-        bare = median(self.run("empty", self.program("orbex_bench"), "inflate", file), "own")
+        file = self.snapshot(f"applications-{count}")
+        commands = ["verify"], ["csv", "software"]
+        runs = self.turns("empty", [self.program("orbex_bench"), "inflate", file],
+                          *([self.program("huxutil"), *command, file] for command in commands))
+        bare, *readers = (median(each, "own") for each in runs)
         label = f"snapshot of {count:,} applications"
         self.milliseconds(f"{label}: bare inflate", bare)
-        for command in (["verify"], ["csv", "software"]):
-            runs = self.run("empty", self.program("huxutil"), *command, file)
-            self.ratio(f"{label}: {' '.join(command)} / bare inflate", median(runs, "own") / bare)
+        for command, reader in zip(commands, readers):
+            self.ratio(f"{label}: {' '.join(command)} / bare inflate", reader / bare)
 
 
 def main():

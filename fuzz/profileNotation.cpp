@@ -8,21 +8,6 @@
 
 namespace {
 
-std::string escaped(std::string_view text) {
-  std::string characters;
-  for (const char c : validUtf8(text)) {
-    if (c == '&')
-      characters += "&amp;";
-    else if (c == '<')
-      characters += "&lt;";
-    else if (c == '>')
-      characters += "&gt;";
-    else
-      characters += static_cast<unsigned char>(c) < ' ' ? '?' : c;
-  }
-  return characters;
-}
-
 std::string element(std::string_view name, const std::string& content) {
   return "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">\n";
 }
@@ -47,6 +32,21 @@ std::string dateElement(std::string_view text) {
 }
 
 }  // namespace
+
+std::string fuzz::escaped(std::string_view text) {
+  std::string characters;
+  for (const char c : validUtf8(text)) {
+    if (c == '&')
+      characters += "&amp;";
+    else if (c == '<')
+      characters += "&lt;";
+    else if (c == '>')
+      characters += "&gt;";
+    else
+      characters += static_cast<unsigned char>(c) < ' ' ? '?' : c;
+  }
+  return characters;
+}
 
 std::string fuzz::propertyListOf(std::string_view lines) {
   constexpr std::size_t kDeepest = 500;

@@ -17,4 +17,7 @@ namespace fuzz {
 // not ended ends with the last line. The outermost value is an array.
 std::string propertyListOf(std::string_view lines);
 
+// A text as its XML has it; "?" for control characters, U+FFFD for what is no UTF-8.
+std::string escaped(std::string_view text);
+
 }  // namespace fuzz

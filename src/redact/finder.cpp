@@ -389,6 +389,7 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
     std::optional<Edit> edit;
     const auto kind = kindAt(field);
     if (field.number) found.numbers.emplace_back(field.begin, field.end);
+    if (field.date) found.whole.emplace_back(field.begin, field.end);
     const std::string_view value = text.substr(field.begin, field.end - field.begin);
     if (field.data || (machine::isDisplayBlock(field.key) && isDisplayBlock(value))) {
       edit = dataEdit(text, field);

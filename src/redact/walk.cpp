@@ -78,7 +78,8 @@ class ProfileWalker {
     field.parent = listed ? above(1) : above(0);
     field.data = element == "data";
     field.number = element == "integer" || element == "real";
-    field.place = machine::findProfiledSecret(section_, field.parent, field.key);
+    field.date = element == "date";
+    if (!field.date) field.place = machine::findProfiledSecret(section_, field.parent, field.key);
     take_(field);
     key_ = {};
   }

@@ -200,8 +200,16 @@ class Scanner {
     const std::size_t begin = wordBefore(i, isWord, 5);
     if (begin == i) return 0;  // all that begin with "::" are everybody's
     std::size_t end = i;
-    while (isHex(at(end)) || (at(end) == ':' && (isHex(at(end + 1)) || at(end + 1) == ':'))) ++end;
-    if (text_.substr(0, end).ends_with(':')) end += at(end) == ':' ? 1 : 0;
+    for (bool gap = false;;) {
+      if (isHex(at(end)) || (at(end) == ':' && isHex(at(end + 1)))) {
+        ++end;
+      } else if (!gap && text_.substr(end, 2) == "::") {
+        gap = true;
+        end += 2;
+      } else {
+        break;
+      }
+    }
     if (isWord(at(end))) end = text_.rfind(':', end);  // what goes on is none of it
     return give(begin, end, Kind::NetworkAddress, ipv6Canonical(text_.substr(begin, end - begin)));
   }

@@ -31,7 +31,7 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
             <key>no</key><true/><key>non</key><data>AA==</data><key>none</key><dict/>
             <key>list</key>
             <array><array/><array><string>x</string></array><true/><integer>-7</integer></array>
-            <key>two lists</key><array><dict><key>a</key><string>1</string></dict></array>
+            <key>two lists</key><array><dict><key>a</key><string>1</string></dict><dict><key>d e</key><string>4</string><key>d/e</key><string>5</string></dict></array>
             <key>two_lists</key>
             <array>
               <dict><key>b</key><string>2</string></dict><dict><key>c</key><string>3</string></dict>
@@ -57,7 +57,7 @@ TEST(PlistToTags, WritesEveryDataTypeBelowItsName) {
             "+item0=\n_properties=kept below\na_b=b \r c\nempty=\nreal=2.50\n"
             "spfirewall_services=no rules\n"
             "+list=\nitem3=-7\n*item1=\nitem0=x\n-\n"
-            "+two_lists=\n*item0=\na=1\nb=2\n*item1=\nc=3\n-\n"
+            "+two_lists=\n*item0=\na=1\nb=2\n*item1=\nd_e=5\nc=3\n-\n"
             "+spfirewall_applications=\n"
             "*item0=\n_name=A b\nvalue=on\n*item2=\n_name=C\nvalue=off\n-\n"
             "-\n-\n-\n-\n");

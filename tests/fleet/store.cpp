@@ -195,6 +195,20 @@ TEST_F(FleetStore, StoresARowOnceAlsoWhenOpenedAnew) {
   EXPECT_EQ(answer(store, rows), before);
 }
 
+TEST_F(FleetStore, TakesNothingInOnceSomethingFailed) {
+  Store store = open();
+  ASSERT_TRUE(
+      store.database().run("CREATE TRIGGER full BEFORE INSERT ON _files WHEN new.scan > 1 "
+                           "BEGIN SELECT RAISE(ABORT, 'no room'); END"));
+  add(store, weekOf(1, 0));
+  EXPECT_FALSE(store.add(store.prepare(weekOf(2, 0))));
+  ASSERT_TRUE(store.problem());
+  EXPECT_EQ(store.problem()->message, "no room");
+  EXPECT_FALSE(store.add(store.prepare(weekOf(3, 0))));
+  EXPECT_FALSE(store.finish());
+  EXPECT_EQ(store.problem()->message, "no room");
+}
+
 // In batches of some scans, so that a kill meets the middle of one, the end of one and what is
 // between.
 TEST_F(FleetStore, KilledAtAnyMomentItHoldsTheSameInTheEnd) {

@@ -88,6 +88,7 @@ TEST(ProfilerDocument, KeepsWhatIsWholeOfOneThatIsCutOff) {
     ASSERT_TRUE(profile) << size;
     EXPECT_EQ(namesIn(*profile, "SPA"), size < first ? "" : size < second ? "a" : "a a") << size;
     EXPECT_EQ(profile->cutOff(), size < end) << size;
+    EXPECT_EQ(profile->unreadable(), 0U) << size;
   }
 }
 

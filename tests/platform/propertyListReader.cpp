@@ -52,7 +52,7 @@ TEST(PropertyListReader, RefusesElements) {
       {"true",    {" "}                                                        },
       {"string",  {"a<string>b</string>", "a<?b?>c", "&#xD800;", "&#x110000;"} },
       {"string",  {"&#;", "&#4294967361;", "a\0b"s, "\xC0\xAF", "\xED\xA0\x80"}},
-      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4F;"}        },
+      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4A;"}        },
       {"dict",    {"<key>a</key><key>b</key>", "<key>a</key><true/>x"}         },
       {"array",   {"x", "<![CDATA[ ]]>", "<true></array></true>"}              },
   };

@@ -29,11 +29,12 @@ auto redacted(const std::string& file, const std::set<Kind>& kept = {}) {
 }  // namespace
 
 TEST(Redact, TellsWhatIsKeptAndWhatIsCommon) {
-  const auto result = redacted(fileOfOne("snapshot", maras()), {Kind::Uuid});
+  const auto result = redacted(fileOfOne("snapshot", maras("disk=VOLUME-3\n")), {Kind::Uuid});
   ASSERT_TRUE(result) << result.error().message;
   EXPECT_EQ(result->inName, (std::set{Kind::HardwareAddress, Kind::Host}));
   EXPECT_EQ(result->common, (std::vector<std::string>{"mac", "Desk"}));
   EXPECT_EQ(result->everybodys, std::set<std::string>{"Macintosh HD"});
+  EXPECT_EQ(result->tokens, std::set<std::string>{"VOLUME-3"});
   EXPECT_EQ(result->kept[static_cast<std::size_t>(Kind::Uuid)].values, 1U);
   EXPECT_EQ(result->counts[static_cast<std::size_t>(Kind::Host)].values, 1U);
   EXPECT_EQ(result->left, std::set<Kind>{});

@@ -154,11 +154,14 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
       "'/OS/*'"
       " GROUP BY serial\"",
       0, "serial,min(rowid),count(*)\nA,7,2\nB,15,2\n");
-  for (const auto& [version, problem] : {
-           std::pair('\x01', "an older"), {'\x03', "a newer"}
+  // The ends of two numbers in the header of SQLite's files: the user's, the application's.
+  for (const auto& [byte, value, problem] : {
+           std::tuple(63, '\x01', "an older"),
+           {63, '\x03', "a newer"       },
+           {71, 'x',    "something else"}
   }) {
     std::string other = fileText("f.db");
-    other[63] = version;  // the number of the user in the header of SQLite's files
+    other[static_cast<std::size_t>(byte)] = value;
     write("other.db", other);
     expect("sql --db other.db 'SELECT 1'", 2, "", HasSubstr(problem));
   }

@@ -1,6 +1,11 @@
 #include "base/utf8.h"
 
+#include <algorithm>
 #include <cstdint>
+
+std::size_t utf8Length(std::string_view text) {
+  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, isUtf8Continuation));
+}
 
 std::size_t utf8SequenceLength(std::string_view text) {
   const auto byte = [text](std::size_t i) {

@@ -10,6 +10,7 @@
 
 #include "base/digits.h"
 #include "base/formatString.h"
+#include "base/utf8.h"
 #include "fleet/entriesTable.h"
 #include "fleet/store.h"
 #include "fleet/versionOrder.h"
@@ -41,13 +42,6 @@ int authorize(void* /*unused*/, int action, const char* first, const char* secon
     default:
       return SQLITE_DENY;
   }
-}
-
-// Characters before a place in the text, in UTF-8.
-std::size_t charactersBefore(std::string_view text, std::size_t place) {
-  return static_cast<std::size_t>(std::ranges::count_if(text.substr(0, place), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
 }
 
 bool isOfWord(char c) {
@@ -136,7 +130,7 @@ Result<Statement> compileQuery(Database& database, std::string_view text, std::s
   const auto place = placeOf(problem, sql, end);
   if (!place) return statement;
   return Error{problem +
-               formatString(", at character %zu", charactersBefore(text, begin + *place) + 1)};
+               formatString(", at character %zu", utf8Length(text.substr(0, begin + *place)) + 1)};
 }
 
 }  // namespace fleet

@@ -11,6 +11,7 @@
 
 #include "base/digits.h"
 #include "base/formatString.h"
+#include "base/utf8.h"
 #include "inspect/letterCase.h"
 #include "redact/derived.h"
 #include "redact/displayBlock.h"
@@ -105,9 +106,7 @@ bool isSign(std::string_view text, std::size_t at) {
 bool isBesideSign(std::string_view text, std::size_t at) {
   constexpr std::size_t kLongest = 4;  // bytes of a character
   std::size_t before = at - 1;
-  while (before > 0 && at - before < kLongest &&
-         (static_cast<unsigned char>(text[before]) & 0xC0) == 0x80)
-    --before;
+  while (before > 0 && at - before < kLongest && isUtf8Continuation(text[before])) --before;
   return isSign(text, at) || isSign(text, before);
 }
 
@@ -335,7 +334,7 @@ std::optional<std::size_t> Finder::endOf(std::string_view text, std::size_t begi
   if (goesOn(text, begin)) return std::nullopt;
   if (!goesOn(text, end)) return end;
   constexpr std::size_t kShortest = 3;  // letters
-  if (!pattern.person || letterCount(pattern.text) < kShortest) return std::nullopt;
+  if (!pattern.person || utf8Length(pattern.text) < kShortest) return std::nullopt;
   const std::string_view rest = text.substr(end);
   const auto follows = [rest](std::string_view word) { return rest.starts_with(word); };
   if (std::ranges::any_of(std::array{"smac", "simac"}, follows)) return end + 1;

@@ -8,6 +8,7 @@
 
 #include "base/digits.h"
 #include "base/formatString.h"
+#include "base/utf8.h"
 #include "inspect/letterCase.h"
 #include "redact/words.h"
 
@@ -117,13 +118,9 @@ Texts serialForms(const std::string& text) {
   return {forms.begin(), forms.end()};
 }
 
-bool isWithin(char c) {  // a letter, in UTF-8
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 std::string firstLetter(std::string_view word) {
   std::size_t end = std::min<std::size_t>(1, word.size());
-  while (end < word.size() && isWithin(word[end])) ++end;
+  while (end < word.size() && isUtf8Continuation(word[end])) ++end;
   return std::string(word.substr(0, end));
 }
 
@@ -143,10 +140,6 @@ Texts ownedNames(std::string_view text) {
 }
 
 }  // namespace
-
-std::size_t letterCount(std::string_view word) {
-  return word.size() - static_cast<std::size_t>(std::ranges::count_if(word, isWithin));
-}
 
 std::vector<std::string> wordsOf(std::string_view text) {
   std::string folded = composed(inspect::foldCase(text));
@@ -193,7 +186,7 @@ std::vector<std::string> partsOf(Kind kind, std::string_view text) {
   const Texts words = wordsOf(text);
   if (words.size() < (mail ? 1U : 2U)) return names;
   const auto isTelling = [](const std::string& word) {
-    return letterCount(word) >= kShortest && std::ranges::none_of(word, isDigit);
+    return utf8Length(word) >= kShortest && std::ranges::none_of(word, isDigit);
   };
   names = ownedNames(text);
   names.insert(names.end(), words.begin(), words.end());

@@ -12,8 +12,6 @@ namespace redact {
 // apostrophe ("'s") is left out.
 std::vector<std::string> wordsOf(std::string_view text);
 
-std::size_t letterCount(std::string_view word);
-
 // Every way in which a secret may be written in a document, in small letters, itself among them:
 // addresses and UUIDs without separators (those with any are found by their shape); names with each
 // kind of apostrophe and of blank and as a part of an URL, with accents composed,

@@ -11,13 +11,9 @@
 
 #include "base/formatString.h"
 #include "base/text.h"
+#include "base/utf8.h"
 
 namespace {
-
-// A byte within a UTF-8 sequence, not its first.
-bool isContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
 
 std::string currentDirectory() {
   const std::unique_ptr<char, decltype(&std::free)> directory(getcwd(nullptr, 0), &std::free);
@@ -63,7 +59,7 @@ std::string snapshotStem(std::string_view name, std::string_view hardwareAddress
   constexpr std::size_t kLongestAddress = 40;
   if (name.size() > kLongestName) {
     std::size_t end = kLongestName;
-    while (end > 0 && isContinuation(name[end])) --end;
+    while (end > 0 && isUtf8Continuation(name[end])) --end;
     name = name.substr(0, end);
   }
   std::string stem(hardwareAddress.substr(0, kLongestAddress));

@@ -91,7 +91,7 @@ void vary(fleet::Scan& scan, int number, const Variant& variant) {
   set("machine", "serial", name);
   set("machine", "name", number == 3 ? name + std::string(60, 'w') : name);
   set("machine", "memory_mb", std::int64_t{1} << number % 9);
-  set("machine", "os_version", formatString("10.%d.%d", version % 12, version / 12));
+  set("machine", "os_version", formatString("10.%d.%d", version % 13, version / 13));
   set("software", "version", "4." + std::to_string(number * 7 % 5));
   set("volumes", "mount_point", "/");
   set("volumes", "size_bytes", variant.free == 0 ? std::int64_t{1} : std::int64_t{10'000});

@@ -147,12 +147,12 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
       0,
       "path,value\n/kind,mac\n/Software/Soft:Safari/,Safari\n/Software/Soft:Safari/version,15\n"
       "/Software/Soft:Safari/version~unit,x\n/OS/,all\n/OS/os/name,macOS\n");
-  write("statements", "SELECT 1.5 AS one;\n-- nothing\nSELECT x'09AF' AS two\n");
-  expect("sql --db f.db <statements", 0, "one\n1.5\ntwo\nx'09AF'\n");
+  write("statements",
+        "SELECT 1.5 AS one;\n-- nothing\nSELECT x'0123456789ABCDEFFEDCBA9876543210' AS two\n");
+  expect("sql --db f.db <statements", 0, "one\n1.5\ntwo\nx'0123456789ABCDEFFEDCBA9876543210'\n");
   expect(
       "sql --db f.db --csv \"SELECT serial, min(rowid), count(*) FROM entries WHERE path GLOB "
-      "'/OS/*'"
-      " GROUP BY serial\"",
+      "'/OS/*' AND serial >= 'A' GROUP BY serial\"",
       0, "serial,min(rowid),count(*)\nA,7,2\nB,15,2\n");
   // The ends of two numbers in the header of SQLite's files: the user's, the application's.
   for (const auto& [byte, value, problem] : {

@@ -115,7 +115,6 @@ Result<Database> Database::open(const std::string& path, Access access) {
   // One thread at a time uses it.
   int flags = SQLITE_OPEN_NOMUTEX;
   flags |= access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
-  if (access == Access::Create) flags |= SQLITE_OPEN_CREATE;
   sqlite3* connection = nullptr;
   // With a "/" in it "file:x" and ":memory:" are names of files, too.
   const std::string name = path.empty() || path.starts_with('/') ? path : "./" + path;

@@ -61,7 +61,7 @@ class Statement {
 
 class Database {
  public:
-  enum class Access { Read, Write, Create };
+  enum class Access { Read, Write };
 
   // An empty path is a database of its own on disk that goes with the connection. Fails with the
   // reason of the library.

@@ -24,3 +24,10 @@ TEST(Utf8, TakesTheReplacementForEveryOtherByte) {
   };
   for (const auto& [bytes, valid] : cases) EXPECT_EQ(validUtf8(bytes), valid) << bytes;
 }
+
+TEST(Utf8, LooksNoFurtherThanTheText) {
+  constexpr std::string_view kText = "\xF0\x9F\x8D\x8E";
+  EXPECT_EQ(utf8SequenceLength(kText), 4U);
+  for (std::size_t size = 1; size < 4; ++size)
+    EXPECT_EQ(utf8SequenceLength(kText.substr(0, size)), 0U);
+}

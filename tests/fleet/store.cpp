@@ -195,6 +195,25 @@ TEST_F(FleetStore, StoresARowOnceAlsoWhenOpenedAnew) {
   EXPECT_EQ(answer(store, rows), before);
 }
 
+TEST_F(FleetStore, IsInTheFileOfThatName) {
+  for (const std::string name : {":memory:", "file:a.db", "/a.db"}) {
+    const std::string path =
+        name.starts_with('/') ? std::filesystem::current_path().string() + name : name;
+    auto store = Store::open(path);
+    ASSERT_TRUE(store) << store.error().message;
+    add(*store, weekOf(1, 0));
+    ASSERT_TRUE(store->finish());
+    EXPECT_GT(std::filesystem::file_size(path), 0U) << path;
+  }
+}
+
+TEST_F(FleetStore, CannotBeOpenedWithoutATable) {
+  ASSERT_TRUE(open().database().run("DROP TABLE _files"));
+  const auto store = Store::open("fleet.db");
+  ASSERT_FALSE(store);
+  EXPECT_EQ(store.error().message, "no such table: _files");
+}
+
 TEST_F(FleetStore, TakesNothingInOnceSomethingFailed) {
   Store store = open();
   ASSERT_TRUE(

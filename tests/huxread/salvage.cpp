@@ -102,7 +102,7 @@ TEST(Salvage, SaysWhatIsWrong) {
   EXPECT_EQ(salvage(std::string(100, 'x')).what, "not a snapshot file: bad magic");
   EXPECT_EQ(salvage(zlibStream("any text")).what, "not a snapshot file: bad magic");
   EXPECT_EQ(salvage(zlibStream("<?")).damage, Damage::Foreign);
-  EXPECT_EQ(salvage(zlibStream("<?x")).damage, Damage::Damaged);
+  EXPECT_EQ(salvage(zlibStream("<?x")).damage, Damage::Cut);
   EXPECT_EQ(salvage(file + "\n").what, "1 bytes stand behind the trailer" + whole);
   EXPECT_EQ(with(file.size() - 4, "HUXX"), "the trailer is damaged or missing" + whole);
   EXPECT_EQ(with(first - 1, "B"), "damaged" + whole);

@@ -254,7 +254,10 @@ TEST_F(FleetDatabase, AnswersAtAPrompt) {
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types(".tables \n");
   ASSERT_TRUE(prompt.shows("scans\r\n"));
-  ASSERT_TRUE(prompt.shows("entries_now"));
+  ASSERT_TRUE(prompt.shows("software_spread\r\nentries\r\nentries_now\r\n"));
+  ASSERT_TRUE(prompt.shows("sql> "));
+  prompt.types(".schema findings\n");
+  ASSERT_TRUE(prompt.shows("\"damage\", \"incomplete\", \"remark\", \"limit\""));
   ASSERT_TRUE(prompt.shows("sql> "));
   prompt.types("SELECT 1 +\n");
   ASSERT_TRUE(prompt.shows("...> "));

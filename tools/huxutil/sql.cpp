@@ -11,6 +11,7 @@
 #include "command.h"
 #include "files.h"
 #include "fleet/query.h"
+#include "fleet/scan.h"
 #include "fleet/tables.h"
 #include "output.h"
 #include "show/csv.h"
@@ -227,7 +228,8 @@ class Session {
     }
     auto query = database_.prepare("PRAGMA table_info(" + name + ")");
     if (name.ends_with("_now")) name.resize(name.size() - 4);
-    const machine::Table* table = machine::findTable(name);
+    const machine::Table* table =
+        name == fleet::kFindings.name ? &fleet::kFindings : machine::findTable(name);
     std::vector<Row> rows;
     while (query && query->step() == Step::Row) {
       const std::string column(query->text(1));

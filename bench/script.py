@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What somebody would write in an afternoon: the profile read, the applications listed, one file.
 
-    script.py OUTPUT        runs the profiler as the agent does
+    script.py OUTPUT        runs the profiler once, for all data types
 """
 import json
 import plistlib

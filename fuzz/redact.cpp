@@ -94,7 +94,10 @@ std::string textsOf(const std::string& xml) {
   std::string text;
   for (std::size_t at = 0; at < xml.size();) {
     const std::size_t mark = std::min(xml.find('<', at), xml.size());
-    if (xml.compare(mark, 7, "</date>") != 0) text.append(xml, at, mark - at) += '\n';
+    const std::string content = xml.substr(at, mark - at);
+    const bool date =
+        xml.compare(mark, 7, "</date>") == 0 && hasShape(content, "0000-00-00T00:00:00Z");
+    if (!date) text += content + '\n';
     at = xml.find('>', mark) + 1;
     if (at == 0) break;
   }

@@ -1,5 +1,6 @@
 #include "base/digits.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace {
@@ -19,6 +20,11 @@ std::optional<Unsigned> numberIn(std::string_view text, int base) {
 }
 
 }  // namespace
+
+bool hasShape(std::string_view text, std::string_view shape) {
+  return std::ranges::equal(text, shape,
+                            [](char c, char like) { return like == '0' ? isDigit(c) : c == like; });
+}
 
 std::optional<std::uint32_t> decimalNumber(std::string_view text) {
   return numberIn<std::uint32_t>(text, 10);

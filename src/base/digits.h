@@ -9,6 +9,9 @@ inline bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
+// Whether the text is like the other one, in which every "0" stands for any digit.
+bool hasShape(std::string_view text, std::string_view shape);
+
 // Texts that are digits from end to end, as the profiler prints identifiers and blocks of bytes. A
 // hexadecimal text may have the prefix "0x", and digits of either case.
 

@@ -21,6 +21,7 @@ namespace {
 // That many columns are the scan's, and say which files are to be opened.
 constexpr int kOfScan = std::size(kScanColumns);
 constexpr int kBytes = kOfScan;
+constexpr int kScan = kBytes + 1;
 constexpr int kDocument = kOfScan;
 constexpr int kPath = kDocument + 1;
 
@@ -37,7 +38,7 @@ struct Cursor : sqlite3_vtab_cursor {
   std::unique_ptr<sqlite3_stmt, Finalize> scans;
   std::unique_ptr<Entries> entries;  // of the scan
   const Entry* entry = nullptr;      // null at the end
-  sqlite3_int64 row = 0;
+  sqlite3_int64 number = 0;          // of the entry in its scan
 };
 
 EntriesTable& tableOf(sqlite3_vtab* table) {
@@ -98,12 +99,13 @@ int closeCursor(sqlite3_vtab_cursor* cursor) {
 
 int next(sqlite3_vtab_cursor* at) {
   Cursor& cursor = cursorOf(at);
-  ++cursor.row;
+  ++cursor.number;
   for (;;) {
     cursor.entry = cursor.entries ? cursor.entries->next() : nullptr;
     if (cursor.entry != nullptr) return SQLITE_OK;
     const int code = sqlite3_step(cursor.scans.get());
     cursor.entries.reset();
+    cursor.number = 1;
     if (code != SQLITE_ROW) return code == SQLITE_DONE ? SQLITE_OK : code;
     const void* bytes = sqlite3_column_blob(cursor.scans.get(), kBytes);
     const int size = sqlite3_column_bytes(cursor.scans.get(), kBytes);
@@ -120,7 +122,7 @@ int filter(sqlite3_vtab_cursor* at, int wanted, const char* /*name*/, int count,
   const EntriesTable& table = tableOf(cursor.pVtab);
   std::string query = "SELECT ";
   for (const ScanColumn& each : kScanColumns) query += std::string(each.source) + ", ";
-  query += "bytes FROM _scans JOIN _files ON scan = id WHERE ";
+  query += "bytes, id FROM _scans JOIN _files ON scan = id WHERE ";
   query += table.now ? "latest" : "1";
   for (int column = 0; column < kOfScan; ++column) {
     if ((wanted & (1 << column)) == 0) continue;
@@ -154,8 +156,11 @@ int column(sqlite3_vtab_cursor* at, sqlite3_context* context, int place) {
   return SQLITE_OK;
 }
 
+// The same from every cursor: of rows with one number the library takes one.
 int rowNumber(sqlite3_vtab_cursor* at, sqlite3_int64* number) {
-  *number = cursorOf(at).row;
+  constexpr int kNumberBits = 32;
+  const Cursor& cursor = cursorOf(at);
+  *number = sqlite3_column_int64(cursor.scans.get(), kScan) << kNumberBits | cursor.number;
   return SQLITE_OK;
 }
 

@@ -71,11 +71,14 @@ void addElementNames(std::string_view text, std::vector<Range>& ranges) {
                                          "real", "true",     "false"};
   constexpr std::size_t kLongest = 8;  // of these names
   for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+    const std::size_t mark = at;
     if (text.substr(++at).starts_with('/')) ++at;
     const std::string_view begin = text.substr(at, kLongest + 1);
     const std::string_view name = begin.substr(0, begin.find_first_of("/> \t\r\n"));
-    if (std::ranges::find(kNames, name) != std::end(kNames))
-      ranges.emplace_back(at, at + name.size());
+    if (std::ranges::find(kNames, name) == std::end(kNames)) continue;
+    ranges.emplace_back(mark, at + name.size());
+    const std::size_t end = text.find_first_of("<>", at);
+    if (end < text.size() && text[end] == '>') ranges.emplace_back(end, end + 1);
   }
 }
 

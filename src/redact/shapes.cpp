@@ -162,6 +162,7 @@ class Scanner {
 
   // Six or eight bytes; with ":" they may lack a leading zero.
   std::size_t hardwareAt(std::size_t i) {
+    constexpr std::size_t kMost = 8;
     const char separator = text_[i];
     const std::size_t begin = wordBefore(i, isWord, 3);
     std::string digits;
@@ -176,6 +177,7 @@ class Scanner {
       if (size == 1) digits += '0';
       digits += toLower(text_.substr(from, size));
       if (at(end) != separator || !isHex(at(end + 1))) break;
+      if (count + 1 == kMost) return 0;  // there is a ninth
       from = end + 1;
     }
     ++count;
@@ -198,10 +200,12 @@ class Scanner {
 
   std::size_t ipv6At(std::size_t i) {
     const std::size_t begin = wordBefore(i, isWord, 5);
-    if (begin == i) return 0;  // all that begin with "::" are everybody's
+    if (begin == i) return 0;             // all that begin with "::" are everybody's
+    constexpr std::size_t kLongest = 39;  // eight groups of four digits
     std::size_t end = i;
     for (bool gap = false;;) {
-      if (isHex(at(end)) || (at(end) == ':' && isHex(at(end + 1)))) {
+      if (end - begin > kLongest) return 0;
+      if (isHex(at(end)) || (at(end) == ':' && at(end - 1) != ':' && isHex(at(end + 1)))) {
         ++end;
       } else if (!gap && text_.substr(end, 2) == "::") {
         gap = true;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/digits.h"
+
 namespace redact {
 
 namespace {
@@ -78,7 +80,8 @@ class ProfileWalker {
     field.parent = listed ? above(1) : above(0);
     field.data = element == "data";
     field.number = element == "integer" || element == "real";
-    field.date = element == "date";
+    // Of a data type that nobody reads any text may stand there.
+    field.date = element == "date" && hasShape(content, "0000-00-00T00:00:00Z");
     if (!field.date) field.place = machine::findProfiledSecret(section_, field.parent, field.key);
     take_(field);
     key_ = {};

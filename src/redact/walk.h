@@ -18,7 +18,7 @@ struct Field {
   const machine::SecretPlace* place = nullptr;  // null when it is no secret's
   bool data = false;                            // bytes in base64
   bool number = false;                          // where nothing but a number can stand
-  bool date = false;                            // or nothing but a date, which is never a secret
+  bool date = false;                            // it is one, which is never a secret
 };
 
 // Every value of the text form of a document, or of the profiler's XML; and the keys in the latter

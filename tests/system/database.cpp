@@ -153,7 +153,13 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
   expect(
       "sql --db f.db --csv \"SELECT serial, min(rowid), count(*) FROM entries WHERE path GLOB "
       "'/OS/*' AND serial >= 'A' GROUP BY serial\"",
-      0, "serial,min(rowid),count(*)\nA,7,2\nB,15,2\n");
+      0, "serial,min(rowid),count(*)\nA,4294967303,2\nB,8589934599,2\n");
+  expect(
+      "sql --db f.db --csv \"SELECT serial, count(*) FROM entries WHERE file = 'macs/a.hux' OR "
+      "serial = "
+      "'B'"
+      " GROUP BY serial\"",
+      0, "serial,count(*)\nA,8\nB,8\n");
   // The ends of two numbers in the header of SQLite's files: the user's, the application's.
   for (const auto& [byte, value, problem] : {
            std::tuple(63, '\x01', "an older"),

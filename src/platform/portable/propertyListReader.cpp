@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/digits.h"
 #include "platform/host.h"
 #include "platform/portable/calendar.h"
 #include "platform/portable/xmlScan.h"
@@ -50,16 +51,14 @@ Value readReal(const std::string& text) {
 
 Value readDate(std::string_view text) {
   constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
-  if (text.size() != kShape.size()) return std::nullopt;
+  if (!hasShape(text, kShape)) return std::nullopt;
   int fields[6] = {};
   int* field = fields;
-  for (std::size_t i = 0; i < kShape.size(); ++i) {
-    const char c = text[i];
-    if (kShape[i] == '0' ? c < '0' || c > '9' : c != kShape[i]) return std::nullopt;
-    if (kShape[i] != '0') {
-      ++field;
-    } else {
+  for (const char c : text) {
+    if (isDigit(c)) {
       *field = *field * 10 + (c - '0');
+    } else {
+      ++field;
     }
   }
   const auto [year, month, day, hour, minute, second] = fields;
@@ -173,9 +172,10 @@ class Reader {
     PropertyList::Array array;
     const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
       Value value = read(child, depth);
-      if (value) array.push_back(std::move(*value));
-      element.remove_child(child);
-      return value.has_value();
+      if (!value) return false;
+      array.push_back(std::move(*value));
+      element.remove_child(child);  // no deeper than what was read: it goes level by level
+      return true;
     });
     if (!valid) return std::nullopt;
     return PropertyList(std::move(array));

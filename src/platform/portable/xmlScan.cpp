@@ -41,8 +41,8 @@ std::size_t endTagLength(std::string_view text) {
 }
 
 bool isEmptyTag(std::string_view tag) {
-  const std::size_t end = tag.find('>');
-  return end != std::string_view::npos && tag[end - 1] == '/';
+  const std::size_t end = tag.find_first_of("<>", 1);
+  return end != std::string_view::npos && tag.substr(end - 1, 2) == "/>";
 }
 
 // `text` begins with "&".

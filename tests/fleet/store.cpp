@@ -162,6 +162,21 @@ TEST_F(FleetStore, EqualDigestsAndHashesDoNotMixUpWhatDiffers) {
   EXPECT_THAT(answer(store, "SELECT count(*) FROM _software_rows"), ElementsAre("2"));
 }
 
+TEST_F(FleetStore, TellsRowsApartByEveryKindOfValue) {
+  Store store = open();
+  Scan scan = scanOf({"one", "A", "", ""});
+  addRows(scan.machine,
+          "software: name=A\nsoftware: name=B\nsoftware: name=B | is_64bit=true\n"
+          "software: name=B | is_64bit=false\ndisks: size_bytes=1\ndisks: size_bytes=2\n"
+          "displays: refresh_hz=59.94\ndisplays: refresh_hz=60\n");
+  add(store, scan);
+  ASSERT_TRUE(store.finish());
+  EXPECT_THAT(answer(store,
+                     "SELECT name || ifnull(is_64bit, '') FROM software UNION ALL "
+                     "SELECT size_bytes FROM disks UNION ALL SELECT refresh_hz FROM displays"),
+              ElementsAre("A", "B", "B1", "B0", "1", "2", "59.94", "60.0"));
+}
+
 TEST_F(FleetStore, KeepsWhatIsKnownAsItIs) {
   Store store = open();
   Scan scan = scanOf({"a", "A", "", ""});

@@ -38,17 +38,16 @@ std::string characterOf(std::string_view entity) {
   const auto* const named =
       std::ranges::find(kNamed, entity, [](const auto& of) { return of.name; });
   if (named != std::end(kNamed)) return std::string(named->character);
-  std::string character;
-  if (!entity.starts_with('#')) return character;
+  if (!entity.starts_with('#')) return {};
   entity.remove_prefix(1);
   const bool hexadecimal = entity.starts_with('x') || entity.starts_with('X');
   if (hexadecimal) entity.remove_prefix(1);
   const std::string_view digits = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
-  if (entity.empty() || entity.find_first_not_of(digits) != std::string_view::npos)
-    return character;
+  if (entity.empty() || entity.find_first_not_of(digits) != std::string_view::npos) return {};
   constexpr unsigned long kLast = 0x10FFFF;
   const unsigned long code =
       std::strtoul(std::string(entity).c_str(), nullptr, hexadecimal ? 16 : 10);
+  std::string character;
   if (code > 0 && code <= kLast) appendUtf8(character, code);
   return character;
 }

@@ -34,6 +34,7 @@ TEST(Redact, TellsWhatIsKeptAndWhatIsCommon) {
   EXPECT_EQ(result->inName, (std::set{Kind::HardwareAddress, Kind::Host}));
   EXPECT_EQ(result->common, (std::vector<std::string>{"mac", "Desk"}));
   EXPECT_EQ(result->everybodys, std::set<std::string>{"Macintosh HD"});
+  EXPECT_EQ(result->parts, std::set<std::string>{});
   EXPECT_EQ(result->tokens, std::set<std::string>{"VOLUME-3"});
   EXPECT_EQ(result->kept[static_cast<std::size_t>(Kind::Uuid)].values, 1U);
   EXPECT_EQ(result->counts[static_cast<std::size_t>(Kind::Host)].values, 1U);

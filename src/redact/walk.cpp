@@ -52,14 +52,13 @@ class ProfileWalker {
   }
 
   void open(bool dictionary) {
-    constexpr std::size_t kDeepest = 4096;
     if (dictionary && machine::isProfiledName(section_, key_) && !key_.empty()) {
       const auto begin = static_cast<std::size_t>(key_.data() - text_.data());
       Field field = fieldAt(text_, begin, begin + key_.size());
       field.place = machine::findProfiledSecret("SPBluetoothDataType", "", "general_name");
       take_(field);
     }
-    if (around_.size() < kDeepest) around_.push_back(keyNow());
+    around_.push_back(keyNow());
     key_ = {};
   }
 

@@ -98,6 +98,7 @@ TEST(Salvage, SaysWhatIsWrong) {
   };
   EXPECT_EQ(salvage(file).what, "");
   EXPECT_EQ(salvage(file).damage, Damage::None);
+  EXPECT_EQ(salvage(file).sections.size(), 2U);
   EXPECT_EQ(salvage("").damage, Damage::Foreign);
   EXPECT_EQ(salvage(std::string(100, 'x')).what, "not a snapshot file: bad magic");
   EXPECT_EQ(salvage(zlibStream("any text")).what, "not a snapshot file: bad magic");

@@ -156,7 +156,7 @@ int column(sqlite3_vtab_cursor* at, sqlite3_context* context, int place) {
   return SQLITE_OK;
 }
 
-// The same from every cursor: of rows with one number the library takes one.
+// The same from every cursor: the library takes rows of one number for one.
 int rowNumber(sqlite3_vtab_cursor* at, sqlite3_int64* number) {
   constexpr int kNumberBits = 32;
   const Cursor& cursor = cursorOf(at);

@@ -199,9 +199,9 @@ class Scanner {
   }
 
   std::size_t ipv6At(std::size_t i) {
-    const std::size_t begin = wordBefore(i, isWord, 5);
-    if (begin == i) return 0;             // all that begin with "::" are everybody's
     constexpr std::size_t kLongest = 39;  // eight groups of four digits
+    const std::size_t begin = wordBefore(i, isWord, 5);
+    if (begin == i) return 0;  // all that begin with "::" are everybody's
     std::size_t end = i;
     for (bool gap = false;;) {
       if (end - begin > kLongest) return 0;

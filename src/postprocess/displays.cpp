@@ -75,8 +75,8 @@ void writeImage(const Edid& edid, Tag& tag) {
   std::string ratio;
   std::string diagonal;
   if (edid.width != 0) {
-    setPresent(tag, "image-width", stated((edid.width + 5) / 10), "cm");
-    setPresent(tag, "image-height", stated((edid.height + 5) / 10), "cm");
+    setPresent(tag, "image-width", stated(edid.width / 10), "cm");
+    setPresent(tag, "image-height", stated(edid.height / 10), "cm");
     diagonal = formatString("%.1f", std::hypot(edid.width, edid.height) / kMillimetresPerInch);
     ratio = aspectRatio(edid.width, edid.height, 0.03);
   }

@@ -17,3 +17,16 @@ TEST(OsVersion, IsReadFromTheProfilersText) {
     EXPECT_EQ(std::to_string(os.minor) + "|" + os.name + "|" + os.version + "|" + os.update, parts);
   }
 }
+
+TEST(OsVersion, HasTheNameOfItsTime) {
+  std::string names;
+  for (int minor = 0; minor < 13; ++minor) {
+    const OsVersion os = OsVersion::parse("OS X 10." + std::to_string(minor));
+    names += os.name.substr(0, os.name.find(" v10.")) + os.name.substr(os.name.find(" (")) + "\n";
+  }
+  EXPECT_EQ(names,
+            "Mac OS X (Cheetah)\nMac OS X (Puma)\nMac OS X (Jaguar)\nMac OS X (Panther)\n"
+            "Mac OS X (Tiger)\nMac OS X (Leopard)\nMac OS X (Snow Leopard)\nMac OS X (Lion)\n"
+            "OS X (Mountain Lion)\nOS X (Mavericks)\nOS X (Yosemite)\nOS X (El Capitan)\n"
+            "macOS (Sierra)\n");
+}

@@ -162,6 +162,16 @@ TEST_F(FleetStore, EqualDigestsAndHashesDoNotMixUpWhatDiffers) {
   EXPECT_THAT(answer(store, "SELECT count(*) FROM _software_rows"), ElementsAre("2"));
 }
 
+TEST_F(FleetStore, CountsWhatTheLatestScansHave) {
+  Store store = open();
+  for (const int week : {0, 2, 1}) add(store, weekOf(1, week));  // its first application changes
+  ASSERT_TRUE(store.finish());
+  EXPECT_THAT(answer(store,
+                     "SELECT name || ' ' || version || ': ' || installations FROM software_spread"
+                     " WHERE name < 'App 2' ORDER BY 1"),
+              ElementsAre("App 0 2: 1", "App 1 1: 1"));
+}
+
 TEST_F(FleetStore, TellsRowsApartByEveryKindOfValue) {
   Store store = open();
   Scan scan = scanOf({"one", "A", "", ""});

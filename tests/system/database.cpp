@@ -170,6 +170,7 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
     other[static_cast<std::size_t>(byte)] = value;
     write("other.db", other);
     expect("sql --db other.db 'SELECT 1'", 2, "", HasSubstr(problem));
+    expect("load macs/a.hux --db other.db", 2, "", HasSubstr(problem));
   }
 
   // What is no file is not waited for, and what nobody reads is not made.

@@ -49,9 +49,10 @@ bool has(std::string_view text, char c) {
 
 }  // namespace
 
-bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
+const Range* rangeAround(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
   const auto after = std::ranges::upper_bound(ranges, begin, {}, &Range::first);
-  return after != ranges.begin() && std::prev(after)->second >= end;
+  const bool lies = after != ranges.begin() && std::prev(after)->second >= end;
+  return lies ? &*std::prev(after) : nullptr;
 }
 
 std::vector<Edit> chosen(std::vector<Edit> edits) {

@@ -14,8 +14,8 @@ namespace redact {
 
 using Range = std::pair<std::size_t, std::size_t>;  // the begin and end of a part of a text
 
-// Whether a part lies in one of the ranges, which are in order.
-bool liesIn(const std::vector<Range>& ranges, std::size_t begin, std::size_t end);
+// That of the ranges, which are in order, in which the part lies; null when it lies in none.
+const Range* rangeAround(const std::vector<Range>& ranges, std::size_t begin, std::size_t end);
 
 struct Edit {
   std::size_t begin;

@@ -215,7 +215,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
   findShapes(shaped, [&](const Shape& shape) {
     const auto [begin, end] = characters.origin(shape.begin, shape.end);
     const bool mayBeVersion = shape.canonical.starts_with("4:");
-    if (mayBeVersion && !liesIn(plain, begin, end)) return;
+    if (mayBeVersion && rangeAround(plain, begin, end) == nullptr) return;
     secrets.addShape(shape.kind, shaped.substr(shape.begin, shape.end - shape.begin),
                      shape.canonical);
   });
@@ -412,14 +412,17 @@ void Finder::give(std::string_view text, Range range, const Pattern& pattern, Fo
   const Secret& secret = (*secrets_)[pattern.secret];
   const auto next = std::ranges::lower_bound(found.whole, end, {}, &Range::first);
   const bool taken = next != found.whole.begin() && std::prev(next)->second > begin;
-  if (taken || liesIn(found.tokens, begin, end) || secrets_->keeps(secret.kind)) return;
-  if (pattern.common && !liesIn(found.places, begin, end)) return;
-  std::string token = rendered(secret, text.substr(begin, end - begin));
-  if (liesIn(found.numbers, begin, end)) {
-    token = std::to_string(secrets_->numberOf(pattern.secret));
-  } else if (runsOn(text, end, token)) {
-    token += '_';
+  if (taken || rangeAround(found.tokens, begin, end) != nullptr || secrets_->keeps(secret.kind))
+    return;
+  if (pattern.common && rangeAround(found.places, begin, end) == nullptr) return;
+  if (const Range* const number = rangeAround(found.numbers, begin, end)) {
+    // All of it: what stays beside a token would be digits that can make the secret again.
+    found.edits.push_back({number->first, number->second, pattern.secret,
+                           std::to_string(secrets_->numberOf(pattern.secret)), pattern.part});
+    return;
   }
+  std::string token = rendered(secret, text.substr(begin, end - begin));
+  if (runsOn(text, end, token)) token += '_';
   found.edits.push_back({begin, end, pattern.secret, std::move(token), pattern.part});
 }
 

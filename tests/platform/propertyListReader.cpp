@@ -47,15 +47,15 @@ TEST(PropertyListReader, ReadsElements) {
 
 TEST(PropertyListReader, RefusesElements) {
   const std::multimap<std::string, std::vector<std::string>> cases = {
-      {"integer", {"0x", "0x-1", "--1", "-9223372036854775809"}                             },
-      {"real",    {"", "1 "}                                                                },
-      {"date",    {"2017-12-31T23:59:59Zx", " 2017-12-31T23:59:5Z"}                         },
-      {"true",    {" "}                                                                     },
-      {"string",  {"a<string>b</string>", "a<?b?>c", "&#xD800;", "&#x110000;"}              },
-      {"string",  {"&#;", "&#4294967361;", "a\0b"s, "\xC0\xAF", "\xED\xA0\x80"}             },
-      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4A;", "&#x0000000000041;"}},
-      {"dict",    {"<key>a</key><key>b</key>", "<key>a</key><true/>x"}                      },
-      {"array",   {"x", "<![CDATA[ ]]>", "<true></array></true>"}                           },
+      {"integer", {"0x", "0x-1", "--1", "-9223372036854775809"}                              },
+      {"real",    {"", "1 "}                                                                 },
+      {"date",    {"2017-12-31T23:59:59Zx", " 2017-12-31T23:59:5Z"}                          },
+      {"true",    {" "}                                                                      },
+      {"string",  {"a<string>b</string>", "a<?b?>c", "&#xD800;", "&#xDFFF;"}                 },
+      {"string",  {"&#;", "&#x110000;", "&#4294967361;", "a\0b"s, "\xC0\xAF", "\xED\xA0\x80"}},
+      {"string",  {"\xF4\x90\x80\x80", "<![CDATA[\xE2\x80]]>", "&#4A;", "&#x0000000000041;"} },
+      {"dict",    {"<key>a</key><key>b</key>", "<key>a</key><true/>x"}                       },
+      {"array",   {"x", "<![CDATA[ ]]>", "<true></array></true>"}                            },
   };
   for (const auto& [name, contents] : cases) {
     for (const std::string& xml : contents) {

@@ -262,13 +262,12 @@ void Finder::addAddress(std::size_t id) {
     }
     return;
   }
+  if (secret.common) return;
   const std::string digits = secret.canonical.substr(2);
   constexpr std::ptrdiff_t kTelling = 5;  // digits that are not 0 do not stand together by chance
   if (std::ranges::count_if(digits, [](char c) { return c != '0'; }) < kTelling) return;
   add({.text = digits, .secret = id, .anywhere = true});
-  constexpr std::size_t kLong = 8;
-  if (digits.size() >= kLong)
-    add({.text = inspect::foldCase(secret.text), .secret = id});  // a damaged one has no shape
+  add({.text = inspect::foldCase(secret.text), .secret = id});  // a damaged one has no shape
   if (digits.size() == 12) add({.text = interfaceOf(digits), .secret = id});
 }
 

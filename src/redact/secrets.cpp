@@ -213,9 +213,12 @@ bool Secrets::isCommonWord(const std::string& word) const {
 }
 
 bool Secrets::isCommon(const Secret& secret) const {
-  constexpr std::size_t kShortest = 3;        // bytes of a name
-  constexpr std::size_t kShortestSerial = 5;  // and of a serial number
-  constexpr std::size_t kShortestNumber = 7;  // and of one of digits alone
+  constexpr std::size_t kShortest = 3;         // bytes of a name
+  constexpr std::size_t kShortestSerial = 5;   // and of a serial number
+  constexpr std::size_t kShortestNumber = 7;   // and of one of digits alone
+  constexpr std::size_t kShortestAddress = 8;  // digits, of one that is damaged
+  if (secret.kind == Kind::HardwareAddress)
+    return secret.canonical.size() - std::string_view("x:").size() < kShortestAddress;
   if (isAddress(secret.kind)) return false;
   if (secret.kind == Kind::Arguments) return true;
   const std::string& text = secret.text;

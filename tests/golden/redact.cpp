@@ -170,7 +170,7 @@ const std::map<std::string, std::set<std::string>> kCommon = {
     {"mac",
      {"247083", "Halden LX27Q", "Office", "Office VPN", "PICTURES", "SERVICE", "Scratch",
       "Tarn Headset 2", "Vault", "Vault Go"}                         },
-    {"tower",   {"07A1"}                                             },
+    {"tower",   {"07A1", "0A-5"}                                     },
     {"virtual", {"runner", "vm"}                                     },
     {"silicon", {"1337", "Archive", "HALDEN LX27Q", "Pinnow USB LAN"}},
 };

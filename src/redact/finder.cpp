@@ -194,6 +194,8 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
     if (field.key.find_first_of("_-") != std::string_view::npos && keys.insert(field.key).second) {
       secrets.addVocabulary(field.key);
     }
+    // What a part of the report goes by stays, whoever goes by it: "SPUSBDataType".
+    if (field.key == "_dataType") secrets.addVocabulary(valueOf(text, field));
     if (!machine::statesVersions(field.key) && !machine::statesVersions(field.parent)) {
       plain.emplace_back(field.begin, field.end);
     }

@@ -103,10 +103,9 @@ void addForms(const std::string& text, std::set<std::string>& forms) {
   forms.insert(replaced(text, "&", "%26"));
 }
 
-Texts serialForms(const std::string& text) {
+// Of a serial number: without separators, and as the hexadecimal number of a display.
+void addSerialForms(const std::string& text, std::set<std::string>& forms) {
   constexpr std::size_t kTelling = 8;  // characters that do not stand together by chance
-  std::set<std::string> forms;
-  addForms(text, forms);
   const std::string bare = labelOf(text, false);
   if (bare.size() >= kTelling) forms.insert(bare);
   const bool isNumber =
@@ -115,7 +114,6 @@ Texts serialForms(const std::string& text) {
     const unsigned long long number = std::strtoull(text.c_str(), nullptr, 10);
     if (number <= UINT32_MAX) forms.insert(formatString("%08llx", number));
   }
-  return {forms.begin(), forms.end()};
 }
 
 std::string firstLetter(std::string_view word) {
@@ -160,9 +158,9 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
   const std::string folded = composed(inspect::foldCase(text));
-  if (kind == Kind::Serial) return serialForms(folded);
   std::set<std::string> forms;
   for (const std::string& form : accentForms(folded)) addForms(form, forms);
+  if (kind == Kind::Serial) addSerialForms(folded, forms);
   if (kind == Kind::Host) {
     constexpr std::size_t kNetBios = 15;  // characters of such a name
     for (const std::string& form : accentForms(folded)) {

@@ -18,7 +18,7 @@ namespace {
 
 // Seconds since 2001 as "2026-11-21T15:22:05Z"; of no year with four digits as they are.
 std::string dateText(double seconds) {
-  constexpr double kFirst = -63'082'281'600;  // of year 2
+  constexpr double kFirst = -63'145'526'400;  // of year 0
   constexpr double kLast = 252'423'993'600;   // of year 9999
   if (!(seconds >= kFirst && seconds < kLast)) return machine::valueText(seconds);
   const std::chrono::sys_seconds time = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1) +

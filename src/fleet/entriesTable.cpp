@@ -55,6 +55,7 @@ int connect(sqlite3* connection, void* which, int /*count*/, const char* const* 
       "CREATE TABLE entries (file TEXT, machine_serial TEXT, serial TEXT, scanned_at TEXT,"
       " document TEXT, path TEXT, value TEXT)");
   if (code != SQLITE_OK) return code;
+  sqlite3_vtab_config(connection, SQLITE_VTAB_INNOCUOUS);  // views may use it; older ones refuse
   *made = new (std::nothrow) EntriesTable{{}, connection, which != nullptr};
   return *made == nullptr ? SQLITE_NOMEM : SQLITE_OK;
 }
@@ -104,7 +105,6 @@ int next(sqlite3_vtab_cursor* at) {
     cursor.entry = cursor.entries ? cursor.entries->next() : nullptr;
     if (cursor.entry != nullptr) return SQLITE_OK;
     const int code = sqlite3_step(cursor.scans.get());
-    cursor.entries.reset();
     cursor.number = 1;
     if (code != SQLITE_ROW) return code == SQLITE_DONE ? SQLITE_OK : code;
     const void* bytes = sqlite3_column_blob(cursor.scans.get(), kBytes);

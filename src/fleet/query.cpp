@@ -95,7 +95,6 @@ Result<Database> openForReading(const std::string& path) {
 
 bool restrictToReading(Database& database) {
   sqlite3* connection = database.handle();
-  sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
   // No text that a query makes takes more than the greatest file, which must come through.
   constexpr int kRest = 1 << 20;  // of a row beside the file
   sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, static_cast<int>(huxread::kMaxFileSize) + kRest);

@@ -97,6 +97,13 @@ constexpr const char* kSpread =
     "CREATE VIEW software_spread AS SELECT name, version, sum(_now) AS installations"
     " FROM _software_rows WHERE _now > 0 GROUP BY name, version;";
 
+std::vector<std::string> storedNames() {
+  std::vector<std::string> names;
+  for (const Table& table : machine::kTables) names.emplace_back(table.name);
+  names.emplace_back(kFindings.name);
+  return names;
+}
+
 // What the library plans queries by, as if it had looked: many machines share a row, and a scan has
 // fewer links than there are rows. Without, it goes through all links where it could begin with the
 // rows of a name, or through all rows where it could begin with the links of a scan.
@@ -105,10 +112,11 @@ std::string statistics() {
       "ANALYZE sqlite_master; INSERT INTO sqlite_stat1 VALUES"
       " ('_scans', '_scans_digest', '20000 1'), ('_scans', '_scans_owner', '20000 2'),"
       " ('_scans', '_scans_serial', '20000 2'), ('_software_rows', '_software_name', '100000 20')";
-  for (std::size_t table = 0; table < kStoredCount; ++table) {
-    const std::string name = "_" + std::string(storedTable(table).name);
-    sql += formatString(", ('%s_rows', '%s_hash', '100000 1'), ('%s_links', '%s_of', '3000000 30')",
-                        name.c_str(), name.c_str(), name.c_str(), name.c_str());
+  for (const std::string& table : storedNames()) {
+    const char* const name = table.c_str();
+    sql += formatString(
+        ", ('_%s_rows', '_%s_hash', '100000 1'), ('_%s_links', '_%s_of', '3000000 30')", name, name,
+        name, name);
   }
   return sql + ";";
 }
@@ -150,19 +158,18 @@ std::string creation() {
 
 std::string indexing() {
   std::string sql;
-  for (std::size_t table = 0; table < kStoredCount; ++table) {
-    const std::string name = "_" + std::string(storedTable(table).name);
-    sql += formatString("CREATE INDEX IF NOT EXISTS %s_of ON %s_links (_row);", name.c_str(),
-                        name.c_str());
+  for (const std::string& table : storedNames()) {
+    const char* const name = table.c_str();
+    sql += formatString("CREATE INDEX IF NOT EXISTS _%s_of ON _%s_links (_row);", name, name);
   }
   return sql;
 }
 
 std::vector<std::string> publicNames() {
   std::vector<std::string> names = {"scans"};
-  for (std::size_t table = 0; table < kStoredCount; ++table) {
-    names.emplace_back(storedTable(table).name);
-    names.push_back(names.back() + "_now");
+  for (const std::string& table : storedNames()) {
+    names.push_back(table);
+    names.push_back(table + "_now");
   }
   names.insert(names.end(), {"software_spread", "entries", "entries_now"});
   return names;

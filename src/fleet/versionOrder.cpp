@@ -38,9 +38,9 @@ std::string versionKey(std::string_view version) {
 }
 
 bool offerVersionKey(sqlite3* connection) {
-  return sqlite3_create_function_v2(connection, "version_key", 1,
-                                    SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, versionKeyFunction,
-                                    nullptr, nullptr, nullptr) == SQLITE_OK;
+  constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+  return sqlite3_create_function_v2(connection, "version_key", 1, kFlags, nullptr,
+                                    versionKeyFunction, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 }  // namespace fleet

@@ -15,7 +15,6 @@ struct Word {
 };
 
 constexpr Word kWords[] = {
-    {"attrib_Built-in",                      "Built-in"               },
     {"coreaudio_device_type_aggregate",      "Aggregate"              },
     {"coreaudio_device_type_airplay",        "AirPlay"                },
     {"coreaudio_device_type_bluetooth",      "Bluetooth"              },

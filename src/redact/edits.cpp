@@ -55,6 +55,11 @@ const Range* rangeAround(const std::vector<Range>& ranges, std::size_t begin, st
   return lies ? &*std::prev(after) : nullptr;
 }
 
+bool overlaps(const std::vector<Range>& ranges, std::size_t begin, std::size_t end) {
+  const auto next = std::ranges::lower_bound(ranges, end, {}, &Range::first);
+  return next != ranges.begin() && std::prev(next)->second > begin;
+}
+
 std::vector<Edit> chosen(std::vector<Edit> edits) {
   std::ranges::stable_sort(edits, [](const Edit& a, const Edit& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;

@@ -16,6 +16,8 @@ using Range = std::pair<std::size_t, std::size_t>;  // the begin and end of a pa
 
 // That of the ranges, which are in order, in which the part lies; null when it lies in none.
 const Range* rangeAround(const std::vector<Range>& ranges, std::size_t begin, std::size_t end);
+// Whether a part of it lies in one of the ranges, which are in order and apart.
+bool overlaps(const std::vector<Range>& ranges, std::size_t begin, std::size_t end);
 
 struct Edit {
   std::size_t begin;

@@ -48,10 +48,6 @@ std::string displayNumber(std::string_view text) {
   return statesDisplay(*number) ? formatString("%u", *number) : "";
 }
 
-bool isWholeKind(Kind kind) {
-  return kind == Kind::Arguments || kind == Kind::Environment;
-}
-
 // "Mara Lindgrove (mara)", "jonas jonas@example.com", "mara".
 void addNames(std::string_view text, std::string_view key, Secrets& secrets) {
   if (text.starts_with('/')) return;  // a home folder, told by its shape
@@ -208,7 +204,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
       return;
     }
     const auto kind = kindAt(field);
-    if (kind && !isWholeKind(*kind) && !field.data)
+    if (kind && !isWhole(*kind) && !field.data)
       addField(valueOf(text, field), field, *kind, secrets);
   });
   secrets.addTokens(text);
@@ -226,7 +222,7 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
 void collectWhole(std::string_view text, Form form, Secrets& secrets) {
   walk(text, form, [&](const Field& field) {
     const auto kind = kindAt(field);
-    if (kind && isWholeKind(*kind)) secrets.add(*kind, valueOf(text, field));
+    if (kind && isWhole(*kind)) secrets.add(*kind, valueOf(text, field));
   });
 }
 
@@ -411,9 +407,8 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
 void Finder::give(std::string_view text, Range range, const Pattern& pattern, Found& found) const {
   const auto [begin, end] = range;
   const Secret& secret = (*secrets_)[pattern.secret];
-  const auto next = std::ranges::lower_bound(found.whole, end, {}, &Range::first);
-  const bool taken = next != found.whole.begin() && std::prev(next)->second > begin;
-  if (taken || rangeAround(found.tokens, begin, end) != nullptr || secrets_->keeps(secret.kind))
+  if (overlaps(found.whole, begin, end) || rangeAround(found.tokens, begin, end) != nullptr ||
+      secrets_->keeps(secret.kind))
     return;
   if (pattern.common && rangeAround(found.places, begin, end) == nullptr) return;
   if (const Range* const number = rangeAround(found.numbers, begin, end)) {
@@ -444,8 +439,11 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
     const std::size_t size = to - from;
     const bool apart =
         size > end - begin && hasOneSeparator(std::string_view(folded).substr(from, size));
-    if (apart && !isWithinWord(folded, from) && !isWithinWord(folded, to))
-      give(text, plain.origin(from, to), barePatterns_[at], found);
+    if (!apart || isWithinWord(folded, from) || isWithinWord(folded, to)) return;
+    // The number of a token and what stands behind it are no number.
+    const Range range = plain.origin(from, to);
+    if (!overlaps(found.tokens, range.first, range.second))
+      give(text, range, barePatterns_[at], found);
   });
   findShapes(plain.text(), [&](const Shape& shape) {
     if (const auto id = idOf(shape.canonical))

@@ -37,6 +37,10 @@ bool isAddress(Kind kind) {
   return kind == Kind::HardwareAddress || kind == Kind::NetworkAddress || kind == Kind::Uuid;
 }
 
+bool isWhole(Kind kind) {
+  return kind == Kind::Arguments || kind == Kind::Environment;
+}
+
 std::optional<Kind> findKind(std::string_view name) {
   const auto found = std::ranges::find(kNames, name, &KindName::name);
   if (found == std::end(kNames)) return std::nullopt;

@@ -37,6 +37,8 @@ std::span<const KindName> kindNames();
 std::string_view nameOf(Kind kind);
 // Whether its secrets are hexadecimal digits, as their tokens are.
 bool isAddress(Kind kind);
+// Whether its secrets are whole texts, of which no name is made.
+bool isWhole(Kind kind);
 std::optional<Kind> findKind(std::string_view name);
 
 // A token in a text: "SERIAL-1", and "HOST 2" where the network does not name it.

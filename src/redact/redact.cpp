@@ -148,8 +148,7 @@ void report(const Secrets& secrets, Redacted& result) {
       ++result.counts[kind].values;
       result.counts[kind].places += secret.places;
       result.pairs.emplace_back(secret.text, shownToken(secret));
-      const bool whole = secret.kind == Kind::Arguments || secret.kind == Kind::Environment;
-      if (secret.common && !whole) result.common.push_back(secret.text);
+      if (secret.common && !isWhole(secret.kind)) result.common.push_back(secret.text);
     }
   }
 }

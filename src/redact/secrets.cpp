@@ -53,9 +53,9 @@ bool saysNothing(Kind kind, std::string_view text) {
 
 // Texts that may hold anybody's words, or the paths of programs.
 bool isPersonal(std::string_view column) {
-  constexpr std::string_view kColumns[] = {"name",    "info",      "description", "signed_by",
-                                           "parent",  "shell",     "scanner_app", "ppd",
-                                           "adapter", "disk_model"};
+  constexpr std::string_view kColumns[] = {"name",        "info",   "description",
+                                           "signed_by",   "parent", "shell",
+                                           "scanner_app", "ppd",    "adapter"};
   return std::ranges::find(kColumns, column) != std::end(kColumns);
 }
 

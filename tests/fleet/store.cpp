@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -164,12 +165,14 @@ TEST_F(FleetStore, EqualDigestsAndHashesDoNotMixUpWhatDiffers) {
 
 TEST_F(FleetStore, CountsWhatTheLatestScansHave) {
   Store store = open();
-  for (const int week : {0, 2, 1}) add(store, weekOf(1, week));  // its first application changes
+  add(store, weekOf(1, 0));
+  add(store, weekOf(2, 0));                                   // has its first application, too
+  for (const int week : {2, 1}) add(store, weekOf(1, week));  // its first application changes
   ASSERT_TRUE(store.finish());
   EXPECT_THAT(answer(store,
                      "SELECT name || ' ' || version || ': ' || installations FROM software_spread"
                      " WHERE name < 'App 2' ORDER BY 1"),
-              ElementsAre("App 0 2: 1", "App 1 1: 1"));
+              ElementsAre("App 0 0: 1", "App 0 2: 1", "App 1 0: 1", "App 1 1: 1"));
 }
 
 TEST_F(FleetStore, TellsRowsApartByEveryKindOfValue) {
@@ -251,6 +254,72 @@ TEST_F(FleetStore, TakesNothingInOnceSomethingFailed) {
   EXPECT_FALSE(store.add(store.prepare(weekOf(3, 0))));
   EXPECT_FALSE(store.finish());
   EXPECT_EQ(store.problem()->message, "no room");
+}
+
+// Neither files nor what the library remembers of them.
+TEST_F(FleetStore, LeavesNothingOpen) {
+  const auto openFiles = [] {
+    return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
+  };
+  const auto before = openFiles();
+  {
+    Store store = open();
+    addFleet(store);
+    auto reader = fleet::openForReading("fleet.db");
+    ASSERT_TRUE(reader) << reader.error().message;
+    EXPECT_EQ(reader->number("SELECT count(*) FROM entries"), 0);
+  }
+  EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(FleetStore, IsReadAsItWasBeforeALoadThatWasKilled) {
+  {
+    Store store = open();
+    addFleet(store);
+  }
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    Store store = open();
+    const bool changed = store.database().run(  // more than is held in memory
+        "PRAGMA cache_size = 1; BEGIN; UPDATE _software_rows SET version = zeroblob(10000)");
+    _exit(changed ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_EQ(status, 0);
+  ASSERT_TRUE(std::filesystem::exists("fleet.db-journal"));
+  auto reader = fleet::openForReading("fleet.db");
+  ASSERT_TRUE(reader) << reader.error().message;
+  EXPECT_EQ(reader->number("SELECT count(*) FROM _software_rows WHERE length(version) > 9"), 0);
+}
+
+TEST_F(FleetStore, AnswersViewsOfItsOwners) {
+  {
+    Store store = open();
+    addFleet(store);
+    ASSERT_TRUE(
+        store.database().run("CREATE VIEW newest AS SELECT max(version_key(version)) FROM software;"
+                             "CREATE VIEW all_entries AS SELECT * FROM entries;"
+                             "CREATE VIEW settings AS SELECT * FROM pragma_compile_options"));
+  }
+  auto reader = fleet::openForReading("fleet.db");
+  ASSERT_TRUE(reader) << reader.error().message;
+  EXPECT_TRUE(reader->prepare("SELECT * FROM newest"));
+  EXPECT_TRUE(reader->prepare("SELECT * FROM all_entries"));
+  EXPECT_FALSE(reader->prepare("SELECT * FROM settings")) << "what may have effects";
+}
+
+TEST_F(FleetStore, SaysWhenAnotherWritesToIt) {
+  Store store = open();
+  ASSERT_TRUE(store.finish());
+  auto database = fleet::Database::open("fleet.db", fleet::Database::Access::Write);
+  ASSERT_TRUE(database && store.database().run("BEGIN EXCLUSIVE"));
+  sqlite3_busy_timeout(database->handle(), 0);
+  EXPECT_FALSE(database->run("BEGIN EXCLUSIVE"));
+  EXPECT_TRUE(database->busy());
+  EXPECT_FALSE(database->run("nonsense"));
+  EXPECT_FALSE(database->busy());
 }
 
 // In batches of some scans, so that a kill meets the middle of one, the end of one and what is

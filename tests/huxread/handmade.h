@@ -4,6 +4,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 // Snapshot files put together byte by byte, right or wrong as a test wants them.
 
@@ -35,8 +37,22 @@ inline std::string huxFile(const std::string& data, const std::string& header) {
   return huxFile(data, header, false, data.size());
 }
 
+// The header of a file with sections one behind the other: of a type, of so many bytes.
+inline std::string headerOf(const std::vector<std::pair<std::string, std::size_t>>& sections) {
+  std::string header = "[H]\ncount=" + std::to_string(sections.size()) + "\nsnapshotcount=0\n";
+  std::size_t offset = 0;
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    const auto& [type, length] = sections[i];
+    header += "[" + std::to_string(i) + "]\noffset=" + std::to_string(offset) +
+              "\nlength=" + std::to_string(length) + "\ntype=" + type + "\n";
+    offset += length;
+  }
+  return header;
+}
+
 // A file with one section of that type.
 inline std::string fileOfOne(const std::string& type, const std::string& data) {
-  return huxFile(data, "[H]\ncount=1\nsnapshotcount=0\n[0]\noffset=0\nlength=" +
-                           std::to_string(data.size()) + "\ntype=" + type + "\n");
+  return huxFile(data, headerOf({
+                           {type, data.size()}
+  }));
 }

@@ -1,12 +1,14 @@
 #include "huxread/salvage.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <algorithm>
 #include <regex>
 #include <string>
 
 #include "handmade.h"
+#include "huxread/layout.h"
 
 namespace huxread {
 
@@ -31,11 +33,11 @@ const std::string kReport = "<?xml version=\"1.0\"?>\n" + manyLines(2);
 std::string debugFile() {
   const std::string first = blob(kAsset);
   const std::string second = zlibStream(kReport);
-  const std::string header =
-      "[H]\ncount=2\nsnapshotcount=0\n[0]\noffset=0\nlength=" + std::to_string(first.size()) +
-      "\ntype=assetinfo\n[1]\noffset=" + std::to_string(first.size()) +
-      "\nlength=" + std::to_string(second.size()) + "\ntype=customdata\n";
-  return huxFile(first + second, zlibStream(header), true, first.size() + second.size());
+  const std::string header = zlibStream(headerOf({
+      {"assetinfo",  first.size() },
+      {"customdata", second.size()}
+  }));
+  return huxFile(first + second, header, true, first.size() + second.size());
 }
 
 bool has(const Salvaged& salvaged, SectionType type, const std::string& text) {
@@ -118,6 +120,12 @@ TEST(Salvage, SaysWhatIsWrong) {
     const std::string what = salvage(file.substr(0, first) + std::string(zeros, '\0')).what;
     EXPECT_EQ(what.find("only zeros") != std::string::npos, zeros == 17) << what;
   }
+  void* const zeros = mmap(nullptr, kMaxFileSize + 1, PROT_READ,
+                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(zeros, MAP_FAILED);
+  EXPECT_EQ(salvage({static_cast<const char*>(zeros), kMaxFileSize + 1}).what,
+            "not a snapshot file: has more than 536870912 bytes");
+  munmap(zeros, kMaxFileSize + 1);
   std::string halfDamaged = file;
   halfDamaged.replace(first / 2, 9, 9, '\xFF');
   const auto withoutNumbers = [](const std::string& what) {

@@ -171,7 +171,10 @@ TEST(Report, DrawsTheFirstOfMany) {
       page.select_nodes("//section[not(@id='tables')]//li[not(ancestor::ul/@class='findings')]")
           .size(),
       200U);
-  EXPECT_EQ(page.select_nodes("//p[starts-with(.,'… 70 more, in the table of ')]").size(), 4U);
+  for (const std::string table : {"volumes", "disks", "memory", "displays"}) {
+    const std::string rest = "//p[.='… 70 more, in the table of " + table + ".']";
+    EXPECT_EQ(page.select_nodes(rest.c_str()).size(), 1U) << table;
+  }
 }
 
 TEST(Comparison, SaysWhenThereIsNothingToTell) {

@@ -21,12 +21,12 @@ TEST(OsVersion, IsReadFromTheProfilersText) {
 TEST(OsVersion, HasTheNameOfItsTime) {
   std::string names;
   for (int minor = 0; minor < 13; ++minor) {
-    const OsVersion os = OsVersion::parse("OS X 10." + std::to_string(minor));
-    names += os.name.substr(0, os.name.find(" v10.")) + os.name.substr(os.name.find(" (")) + "\n";
+    names += OsVersion::parse("OS X 10." + std::to_string(minor)).name + "\n";
   }
   EXPECT_EQ(names,
-            "Mac OS X (Cheetah)\nMac OS X (Puma)\nMac OS X (Jaguar)\nMac OS X (Panther)\n"
-            "Mac OS X (Tiger)\nMac OS X (Leopard)\nMac OS X (Snow Leopard)\nMac OS X (Lion)\n"
-            "OS X (Mountain Lion)\nOS X (Mavericks)\nOS X (Yosemite)\nOS X (El Capitan)\n"
-            "macOS (Sierra)\n");
+            "Mac OS X v10.0 (Cheetah)\nMac OS X v10.1 (Puma)\nMac OS X v10.2 (Jaguar)\n"
+            "Mac OS X v10.3 (Panther)\nMac OS X v10.4 (Tiger)\nMac OS X v10.5 (Leopard)\n"
+            "Mac OS X v10.6 (Snow Leopard)\nMac OS X v10.7 (Lion)\nOS X v10.8 (Mountain Lion)\n"
+            "OS X v10.9 (Mavericks)\nOS X v10.10 (Yosemite)\nOS X v10.11 (El Capitan)\n"
+            "macOS v10.12 (Sierra)\n");
 }

@@ -177,6 +177,18 @@ TEST(Report, DrawsTheFirstOfMany) {
   }
 }
 
+TEST(Report, SaysByWhichMeasureDisplaysAreDrawn) {
+  Description mac(machine::Source::Debug);
+  const auto said = [&mac](const char* sentence) {
+    const std::string path = "//p[.='" + std::string(sentence) + "']";
+    return parsed(reportOf(mac)).select_nodes(path.c_str()).size();
+  };
+  addRows(mac, "displays: width_px=2560 | height_px=1440 | diagonal_in=27");
+  EXPECT_EQ(said("Drawn to scale."), 1U);
+  addRows(mac, "displays: width_px=2560 | height_px=1440");
+  EXPECT_EQ(said("Drawn to scale."), 0U);
+}
+
 TEST(Comparison, SaysWhenThereIsNothingToTell) {
   const Description mac = notebook();
   const pugi::xml_document page =

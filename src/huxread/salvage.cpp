@@ -6,7 +6,6 @@
 #include "base/formatString.h"
 #include "huxread/document.h"
 #include "huxread/inflate.h"
-#include "huxread/layout.h"
 
 namespace huxread {
 
@@ -50,7 +49,7 @@ Content peek(std::string_view file, std::size_t at) {
 // Reads a file from its start, without its header.
 class Walk {
  public:
-  explicit Walk(std::string_view file) : file_(file) {}
+  Walk(std::string_view file, std::size_t limit) : file_(file), room_(limit) {}
 
   void run() {
     std::size_t at = nextStream(0);
@@ -134,15 +133,15 @@ class Walk {
   std::string_view file_;
   std::vector<SalvagedSection> sections_;
   std::optional<Layout> layout_;
-  std::size_t room_ = kMaxTextSize;  // for texts
+  std::size_t room_;  // for texts
   std::size_t end_ = 0;
   bool ranOut_ = false;
   int tries_ = 0;
 };
 
-std::vector<SalvagedSection> readSections(std::string_view file, const Layout& layout) {
+std::vector<SalvagedSection> readSections(std::string_view file, const Layout& layout,
+                                          std::size_t room) {
   std::vector<SalvagedSection> sections;
-  std::size_t room = kMaxTextSize;
   for (const Section& listed : layout.sections) {
     const std::string_view stored = file.substr(listed.offset, listed.length);
     const Result<std::string_view> wrapped = unwrapSection(listed.type, stored);
@@ -204,11 +203,11 @@ std::string extentOf(const SalvagedSection& section) {
   return formatString("section %u can be read to line %td", section.number, lines);
 }
 
-Salvaged salvage(std::string_view file) {
+Salvaged salvage(std::string_view file, std::size_t limit) {
   Salvaged result;
   const Result<Layout> layout = readLayout(file);
   if (layout) {
-    result.sections = readSections(file, *layout);
+    result.sections = readSections(file, *layout, limit);
     if (isWhole(result.sections)) {
       result.damage = Damage::None;
       return result;
@@ -220,10 +219,10 @@ Salvaged salvage(std::string_view file) {
     return result;
   } else {
     const std::string_view data = withoutZeros(file);
-    Walk walk(data);
+    Walk walk(data, limit);
     walk.run();
     result.sections =
-        walk.layout() ? readSections(file, *walk.layout()) : std::move(walk.sections());
+        walk.layout() ? readSections(file, *walk.layout(), limit) : std::move(walk.sections());
     if (result.sections.empty() && !walk.layout() && !file.ends_with(kMagic)) {
       result.what = layout.error().message;
       return result;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "huxread/header.h"
+#include "huxread/layout.h"
 
 // What can still be read of a file that was cut off or damaged.
 
@@ -44,7 +45,7 @@ struct Salvaged {
 
 // Reads sections where the header says they are; without a readable header, one behind the other
 // from the start of the file on, and behind a damaged one from the next place where one begins. All
-// texts together are at most kMaxTextSize, and sections without a header 1,000.
-Salvaged salvage(std::string_view file);
+// texts together have at most so many bytes, and sections without a header are at most 1,000.
+Salvaged salvage(std::string_view file, std::size_t limit = kMaxTextSize);
 
 }  // namespace huxread

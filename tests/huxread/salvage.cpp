@@ -90,6 +90,18 @@ TEST(Salvage, LosesNoSectionToDamageElsewhere) {
   }
 }
 
+// Some bytes make a great text: what a file can take is the same however many sections it has.
+TEST(Salvage, TakesSoManyBytesForAllTexts) {
+  constexpr std::size_t kRest = 100;
+  const std::string file = debugFile();
+  for (const std::string& each :
+       {file, file.substr(0, file.size() - 1), blob(kAsset) + zlibStream(kReport)}) {
+    const Salvaged salvaged = salvage(each, kAsset.size() + kRest);
+    EXPECT_TRUE(has(salvaged, SectionType::AssetInfo, kAsset));
+    EXPECT_EQ(salvaged.sections.at(1).text, kReport.substr(0, kRest));
+  }
+}
+
 TEST(Salvage, SaysWhatIsWrong) {
   const std::string file = debugFile();
   const std::size_t first = blob(kAsset).size();

@@ -49,7 +49,6 @@ std::optional<Kind> findKind(std::string_view name) {
 
 std::vector<Token> tokensIn(std::string_view text) {
   constexpr std::size_t kMost = 6;  // digits: more than there are secrets in a file
-  const auto isLetter = [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
   std::vector<Token> tokens;
   for (std::size_t at = text.find_first_of("- "); at != std::string_view::npos;
        at = text.find_first_of("- ", at + 1)) {
@@ -64,7 +63,6 @@ std::vector<Token> tokensIn(std::string_view text) {
     });
     if (found == std::end(kNames)) continue;
     const std::size_t begin = at - found->token.size();
-    if (begin > 0 && isLetter(text[begin - 1])) continue;
     tokens.push_back({begin, end, static_cast<Kind>(found - std::begin(kNames)), number});
   }
   return tokens;

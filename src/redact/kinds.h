@@ -49,7 +49,7 @@ struct Token {
   std::size_t number;
 };
 
-// Those of a text, in order.
+// Those of a text, in order; within words, too, since serial numbers are found there.
 std::vector<Token> tokensIn(std::string_view text);
 
 // What a secret of that table is; nothing of one that is none. A path that may lie in a home folder

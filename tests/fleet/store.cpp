@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -314,8 +313,8 @@ TEST_F(FleetStore, SaysWhenAnotherWritesToIt) {
   Store store = open();
   ASSERT_TRUE(store.finish());
   auto database = fleet::Database::open("fleet.db", fleet::Database::Access::Write);
-  ASSERT_TRUE(database && store.database().run("BEGIN EXCLUSIVE"));
-  sqlite3_busy_timeout(database->handle(), 0);
+  ASSERT_TRUE(database && database->run("PRAGMA busy_timeout = 0"));
+  ASSERT_TRUE(store.database().run("BEGIN EXCLUSIVE"));
   EXPECT_FALSE(database->run("BEGIN EXCLUSIVE"));
   EXPECT_TRUE(database->busy());
   EXPECT_FALSE(database->run("nonsense"));

@@ -26,14 +26,13 @@ std::string timestampOf(const kevaDoc* document) {
 void HUXfile::addDocument(std::unique_ptr<kevaDoc> document, SectionType type, bool sectioned,
                           bool compressed) {
   std::string data = document->pack(sectioned, compressed);
-  sections_.push_back(
-      {type, false, std::move(data), compressed, sectioned, std::move(document), 0});
+  sections_.push_back({type, false, std::move(data), compressed, sectioned, std::move(document)});
 }
 
 void HUXfile::addRawData(std::string_view text) {
   // By the definition of the record raw data counts as sectioned; the file does not say so.
   sections_.push_back(
-      {SectionType::CustomData, true, deflateOrEnd(text, kFileSite), true, true, nullptr, 0});
+      {SectionType::CustomData, true, deflateOrEnd(text, kFileSite), true, true, nullptr});
   hasRawData_ = true;
 }
 

@@ -23,7 +23,7 @@ class HUXfile {
     bool compressed;
     bool sectioned;
     std::unique_ptr<kevaDoc> document;  // null for raw data
-    std::uint32_t offset;               // bytes from the start of the file
+    std::uint32_t offset = 0;           // bytes from the start of the file
   };
 
   // `nativeByteOrder`: the offset of the header is stored in the machine's order, else most

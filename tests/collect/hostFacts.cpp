@@ -16,7 +16,9 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
         <dict><key>machine_model</key><string>second</string></dict>
       </array></dict>
       <dict><key>_dataType</key><string>SPSoftwareDataType</string><key>_items</key><array>
-        <dict><key>user_name</key><string>Ann (Lab) Example (ann)</string></dict>
+        <dict><key>user_name</key><string>Ann (Lab) Example (ann)</string>
+          <key>local_host_name</key><string>lab</string>
+          <key>os_version</key><string>OS X 10.8.5 (12F45)</string></dict>
       </array></dict>
       <dict><key>_dataType</key><string>SPSerialATADataType</string><key>_items</key><array>
         <dict><key>_items</key><array>
@@ -39,6 +41,8 @@ TEST(HostFacts, AreThoseOfTheFirstItems) {
   EXPECT_EQ(facts.packageCount + "|" + facts.physicalMemory + "|" + facts.systemModel + "|" +
                 facts.userName + "|" + facts.diskFree + "|" + facts.monitorDiagonal,
             "2|0||ann|40.8|48");  // 47.501 inches
+  EXPECT_EQ(facts.localHostName + "|" + facts.osName + "|" + facts.osVersion,
+            "lab|OS X v10.8 (Mountain Lion)|Update 5 Version(build) 10.8.5 (12F45)");
 }
 
 TEST(HostFacts, TakeTheProfilersUuidWhenTheCommandsIsCut) {

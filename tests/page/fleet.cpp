@@ -51,6 +51,7 @@ TEST(FleetPage, FoldsTheSmallestOfManyAndKeepsTheOrder) {
   overview.machines = 1000;
   for (std::int64_t i = 1; i <= 200; ++i) {
     overview.memory.push_back({1024 * i, i % 20 == 0 ? 10U : 2U});
+    overview.models.push_back({"Mac" + std::to_string(i), "", 1});
   }
   const std::string page = page::fleet(overview, "huxutil 1");
   const std::vector<std::string> shown = rowsOf(page, "memory", "");
@@ -58,6 +59,7 @@ TEST(FleetPage, FoldsTheSmallestOfManyAndKeepsTheOrder) {
   EXPECT_THAT(shown[0], testing::StartsWith("1 GB2"));  // of equals the first
   EXPECT_THAT(shown[2], testing::StartsWith("20 GB10"));
   EXPECT_THAT(shown[12], testing::StartsWith("188 other amounts376"));
+  EXPECT_THAT(rowsOf(page, "models", "").at(12), testing::StartsWith("188 other models188"));
   EXPECT_THAT(rowsOf(page, "memory", "/details"), SizeIs(100));
   EXPECT_NE(page.find("<p>and 88 more</p>"), std::string::npos);
 }

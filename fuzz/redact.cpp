@@ -140,7 +140,8 @@ bool fuzz::redact(const std::string& input) {
   const auto file = Container::parse(profile ? fileOfOne("customdata", zlibStream(text))
                                              : fileOfOne("snapshot", blob(text)));
   FakeHost host;
-  const bool valid = canBeRead(*file, host);
+  const bool valid =
+      canBeRead(*file, host) && !(profile && text.find("<![CDATA[") != std::string::npos);
   const auto result = redact::redact(*file, host, {}, "name");
   expect(static_cast<bool>(result) == valid, "what can be read is redacted, and nothing else");
   if (!result) return false;

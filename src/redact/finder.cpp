@@ -191,7 +191,9 @@ void collect(std::string_view text, Form form, Secrets& secrets) {
       secrets.addVocabulary(field.key);
     }
     // What a part of the report goes by stays, whoever goes by it: "SPUSBDataType".
-    if (field.key == "_dataType") secrets.addVocabulary(valueOf(text, field));
+    const std::string_view value = text.substr(field.begin, field.end - field.begin);
+    if (field.key == "_dataType" && value.starts_with("SP") && value.ends_with("DataType"))
+      secrets.addVocabulary(value);
     if (!machine::statesVersions(field.key) && !machine::statesVersions(field.parent)) {
       plain.emplace_back(field.begin, field.end);
     }

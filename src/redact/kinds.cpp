@@ -63,7 +63,9 @@ std::vector<Token> tokensIn(std::string_view text) {
     });
     if (found == std::end(kNames)) continue;
     const std::size_t begin = at - found->token.size();
-    tokens.push_back({begin, end, static_cast<Kind>(found - std::begin(kNames)), number});
+    const char last = begin > 0 ? static_cast<char>(text[begin - 1] | 0x20) : '\0';
+    tokens.push_back({begin, end, static_cast<Kind>(found - std::begin(kNames)), number,
+                      last >= 'a' && last <= 'z'});
   }
   return tokens;
 }

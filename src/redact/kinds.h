@@ -47,9 +47,10 @@ struct Token {
   std::size_t end;
   Kind kind;
   std::size_t number;
+  bool within = false;  // a word, as where a serial number was found
 };
 
-// Those of a text, in order; within words, too, since serial numbers are found there.
+// Those of a text, in order.
 std::vector<Token> tokensIn(std::string_view text);
 
 // What a secret of that table is; nothing of one that is none. A path that may lie in a home folder

@@ -173,10 +173,14 @@ Result<Redacted> redact(const Container& file, platform::Host& host, const std::
   Secrets secrets(kept);
   secrets.addTables(*machine);
   secrets.addVocabulary(*machine);
+  bool hidden = false;
   const auto failure = forEachText(file, [&](const Section& section, const std::string& text) {
-    collect(text, formOf(section.type), secrets);
+    const Form form = formOf(section.type);
+    collect(text, form, secrets);
+    hidden = hidden || (form == Form::Profile && text.find("<![CDATA[") != std::string::npos);
   });
   if (failure) return *failure;
+  if (hidden) return Error{"has CDATA, which the profiler never writes, and names may be split by"};
   forEachText(file, [&](const Section& section, const std::string& text) {
     collectWhole(text, formOf(section.type), secrets);
   });
@@ -197,7 +201,7 @@ Result<Redacted> redact(const Container& file, platform::Host& host, const std::
   });
   const std::string header = headerWith(file.headerText(), sections, editor);
   result.file = fileOf(std::move(data), header);
-  if (!canBeRead(result.file)) return Error{"could not be read any more, with its names replaced"};
+  if (!canBeRead(result.file)) return Error{"cannot be read, or not with its names replaced"};
   for (const Edit& edit : finder->find(name, Form::None))
     result.inName.insert(secrets[edit.secret].kind);
   report(secrets, result);

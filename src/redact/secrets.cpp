@@ -243,6 +243,7 @@ bool Secrets::isCommon(const Secret& secret) const {
 
 void Secrets::addTokens(std::string_view text) {
   for (const Token& token : tokensIn(text)) {
+    if (token.within) continue;  // it may be somebody's "LABHOST-4711", which no number is to tell
     std::size_t& highest = numbers_[static_cast<std::size_t>(token.kind)];
     highest = std::max(highest, token.number);
   }

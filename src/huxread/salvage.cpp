@@ -167,6 +167,20 @@ std::vector<SalvagedSection> readSections(std::string_view file, const Layout& l
   return sections;
 }
 
+// Of what does not stand where the header says, as when a byte was lost before it, what was found
+// instead takes the place.
+void takeFound(std::vector<SalvagedSection>& sections, std::vector<SalvagedSection>& found) {
+  for (SalvagedSection& section : sections) {
+    if (section.complete) continue;
+    const auto other = std::ranges::find(found, section.type, &SalvagedSection::type);
+    if (other == found.end() || other->text.size() <= section.text.size()) continue;
+    other->number = section.number;
+    other->length = section.length;
+    section = std::move(*other);
+    found.erase(other);
+  }
+}
+
 bool isWhole(const std::vector<SalvagedSection>& sections) {
   return std::ranges::all_of(sections, &std::string::empty, &SalvagedSection::problem);
 }
@@ -221,8 +235,12 @@ Salvaged salvage(std::string_view file, std::size_t limit) {
     const std::string_view data = withoutZeros(file);
     Walk walk(data, limit);
     walk.run();
-    result.sections =
-        walk.layout() ? readSections(file, *walk.layout(), limit) : std::move(walk.sections());
+    if (walk.layout()) {
+      result.sections = readSections(file, *walk.layout(), limit);
+      takeFound(result.sections, walk.sections());
+    } else {
+      result.sections = std::move(walk.sections());
+    }
     if (result.sections.empty() && !walk.layout() && !file.ends_with(kMagic)) {
       result.what = layout.error().message;
       return result;

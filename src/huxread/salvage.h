@@ -43,9 +43,10 @@ struct Salvaged {
   std::vector<SalvagedSection> sections;
 };
 
-// Reads sections where the header says they are; without a readable header, one behind the other
-// from the start of the file on, and behind a damaged one from the next place where one begins. All
-// texts together have at most so many bytes, and sections without a header are at most 1,000.
+// Reads sections where the header says they are. Without a readable header, and where one is not at
+// its place, reads one behind the other from the start of the file on, and behind a damaged one
+// from the next place where one begins. All texts together have at most so many bytes, twice that
+// while it reads; sections without a header are at most 1,000.
 Salvaged salvage(std::string_view file, std::size_t limit = kMaxTextSize);
 
 }  // namespace huxread

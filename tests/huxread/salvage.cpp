@@ -87,6 +87,20 @@ TEST(Salvage, LosesNoSectionToDamageElsewhere) {
     EXPECT_TRUE(at < first || has(salvaged, SectionType::AssetInfo, kAsset)) << at;
     const bool hit = at >= first && at < second;
     EXPECT_TRUE(hit || has(salvaged, SectionType::CustomData, kReport)) << at;
+    for (const bool lost : {true, false}) {
+      std::string moved = file;
+      lost ? moved.erase(at, 1) : moved.insert(at, 1, 'x');
+      const Salvaged found = salvage(moved);
+      const bool safe = at < first || at >= second || (at == first && !lost);
+      EXPECT_TRUE(at < first || has(found, SectionType::AssetInfo, kAsset)) << at << lost;
+      EXPECT_TRUE(!safe || has(found, SectionType::CustomData, kReport)) << at << lost;
+    }
+  }
+  const Salvaged moved = salvage("x" + file);
+  ASSERT_EQ(moved.sections.size(), 2U);
+  for (std::uint32_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(moved.sections[i].text, i == 0 ? kAsset : kReport);
+    EXPECT_EQ(moved.sections[i].number, i);
   }
 }
 

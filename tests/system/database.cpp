@@ -201,6 +201,29 @@ TEST_F(FleetDatabase, TakesInWhatIsNewAndNamesWhatIsDamaged) {
   expect("sql 'SELECT 1'", 2, "", HasSubstr("of what?"));
 }
 
+#if defined(__linux__) && !defined(SANITIZED)  // sanitizers take all memory that could be there
+TEST_F(FleetDatabase, TakesInTheOthersWhereMemoryDoesNotLastForOne) {
+  std::filesystem::create_directory("macs");
+  std::string great = "\xEF\xBB\xBF?keva\n+Snapshot=\n+Software=\n";
+  for (int i = 0; i < 1'000'000; ++i) great += "*Soft:a 1=a\n";
+  write("macs/0.hux", fileOfOne("snapshot", blob(great + "-\n-\n")));
+  writeSnapshot("macs/a.hux", "A", "15");
+  const auto within = [](const std::string& arguments) {
+    return outcome("ulimit -v 220000; " + kHuxutil + arguments);
+  };
+  const std::string refused = "huxutil: macs/0.hux: takes more memory than there is\n";
+  const Outcome load = within("load macs --db f.db");
+  EXPECT_EQ(load.exitCode, 1);
+  EXPECT_EQ(load.output + load.errors, "2 files: 1 new, 0 known already, 1 left out\n" + refused);
+  EXPECT_EQ(within("load macs --to clickhouse").errors,
+            refused + "2 files: 1 printed, 1 left out\n");
+  const Outcome history = within("history macs");
+  EXPECT_EQ(history.exitCode, 2);
+  EXPECT_EQ(history.errors, refused);
+  EXPECT_EQ(within("card macs/0.hux").errors, "huxutil: card: takes more memory than there is\n");
+}
+#endif
+
 TEST_F(FleetDatabase, AQueryCanOnlyRead) {
   writeSnapshot("a.hux", "A", "15");
   expect("load a.hux --db f.db", 0, testing::_);

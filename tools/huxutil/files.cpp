@@ -191,7 +191,11 @@ int forEachFile(const std::vector<std::string>& files,
                 const std::function<Outcome(const std::string& path)>& work) {
   int code = kDone;
   forEachInOrder(files.size(), [&](std::size_t i) -> std::function<void()> {
-    return [outcome = work(files[i]), &code] {
+    Outcome made = whileMemoryLasts([&] { return work(files[i]); },
+                                    [&] {
+                                      return Outcome{"", message(files[i], kNoMemory), kTrouble};
+                                    });
+    return [outcome = std::move(made), &code] {
       outcome.safe ? printOutput(outcome.output) : printBytes(outcome.output);
       printErrors(outcome.errors);
       code = std::max(code, outcome.code);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,17 @@ huxread::Result<machine::Description> describeFile(const std::string& path);
 void forEachInOrder(std::size_t count,
                     const std::function<std::function<void()>(std::size_t)>& work);
 
+// What `work` returns; where memory runs out, what `otherwise` does.
+template <typename Work, typename Otherwise>
+auto whileMemoryLasts(const Work& work, const Otherwise& otherwise) -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return otherwise();
+  }
+}
+inline constexpr const char* kNoMemory = "takes more memory than there is";
+
 // What a command makes of one file: parts of standard output and standard error, and an exit code.
 struct Outcome {
   std::string output;
@@ -41,6 +53,7 @@ struct Outcome {
 };
 
 // Runs `work` for every file, on all processors when there are many, and prints what comes out in
-// the order of the files. Returns the highest exit code. `work` runs on several threads at once.
+// the order of the files; one that memory does not last for is named. Returns the highest exit
+// code. `work` runs on several threads at once.
 int forEachFile(const std::vector<std::string>& files,
                 const std::function<Outcome(const std::string& path)>& work);

@@ -62,12 +62,13 @@ Result<Description> read(const Scan& scan) {
 }
 
 // The files by machine, each machine's in the order of their times; by name when they state none.
-// Files that cannot be read are named, and counted by `unreadable`.
+// Files that cannot be read are named, and counted by `unreadable`; `code` is raised when memory
+// does not last.
 std::map<std::string, Scans> scansByMachine(const std::vector<std::string>& files,
-                                            std::atomic<std::size_t>& unreadable) {
+                                            std::atomic<std::size_t>& unreadable, int& code) {
   std::map<std::string, Scans> machines;
   std::mutex mutex;
-  forEachFile(files, [&](const std::string& path) {
+  const int worst = forEachFile(files, [&](const std::string& path) {
     Result<Container> file = openFile(path);
     const auto host = platform::makeHost();
     const auto machine = file ? machine::identify(*file, *host) : file.error();
@@ -81,6 +82,7 @@ std::map<std::string, Scans> scansByMachine(const std::vector<std::string>& file
     machines[keyOf(*machine, path)].push_back(std::move(scan));
     return Outcome{};
   });
+  code = std::max(code, worst);
   for (auto& [key, scans] : machines) std::ranges::sort(scans, {}, &Scan::order);
   return machines;
 }
@@ -202,17 +204,17 @@ int runHistory(const Arguments& arguments) {
   int code = kDone;
   std::atomic<std::size_t> unreadable = 0;
   const std::vector<std::string> files = expandFiles(arguments.files, code);
-  const std::map<std::string, Scans> machines = scansByMachine(files, unreadable);
+  const std::map<std::string, Scans> machines = scansByMachine(files, unreadable, code);
   std::vector<std::string> keys;
   keys.reserve(machines.size());
   for (const auto& [key, scans] : machines) keys.push_back(key);
   const show::Terminal terminal = outputTerminal();
-  forEachFile(keys, [&](const std::string& key) {
+  const int worst = forEachFile(keys, [&](const std::string& key) {
     Outcome outcome = follow(machines.at(key), arguments.json, terminal, unreadable);
     if (!arguments.json && key != keys.front()) outcome.output.insert(0, "\n");
     return outcome;
   });
-  if (unreadable == 0) return code;
+  if (unreadable == 0) return std::max(code, worst);
   printMessage("history", show::count(unreadable, "file") + " could not be read");
   return kTrouble;
 }

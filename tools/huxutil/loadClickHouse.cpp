@@ -25,7 +25,7 @@ int loadToClickHouse(const Arguments& arguments) {
     printMessage(path, error.message);
     progress.show(printed + ++leftOut);
   };
-  forEachInOrder(files.size(), [&](std::size_t i) -> std::function<void()> {
+  const auto read = [&](std::size_t i) -> std::function<void()> {
     if (!outputGoesOn()) return [] {};
     auto bytes = readBytes(files[i]);
     if (!bytes) return [&, i, error = bytes.error()] { leaveOut(files[i], error); };
@@ -36,6 +36,11 @@ int loadToClickHouse(const Arguments& arguments) {
       printOutput(inserts.add(*rows));
       progress.show(++printed + leftOut);
     };
+  };
+  forEachInOrder(files.size(), [&](std::size_t i) {
+    return whileMemoryLasts(
+        [&] { return read(i); },
+        [&]() -> std::function<void()> { return [&, i] { leaveOut(files[i], {kNoMemory}); }; });
   });
   printOutput(inserts.finish());
   progress.clear();

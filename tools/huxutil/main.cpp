@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "commandLine.h"
+#include "files.h"
 #include "output.h"
 
 int main(int argc, char** argv) {
@@ -10,7 +11,13 @@ int main(int argc, char** argv) {
     std::signal(signal, SIG_IGN);  // writing meets the error instead
   }
   const Request request = parseCommandLine(argc, argv);
-  if (request.command != nullptr) return finishOutput(request.command->run(request.arguments));
+  if (request.command != nullptr) {
+    return finishOutput(whileMemoryLasts([&] { return request.command->run(request.arguments); },
+                                         [&] {
+                                           printMessage(request.command->name, kNoMemory);
+                                           return kTrouble;
+                                         }));
+  }
   if (request.code == kDone) {
     printOutput(request.text);
   } else {

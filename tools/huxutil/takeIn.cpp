@@ -21,7 +21,12 @@ class Taking {
       : files_(files), store_(store), progress_(files.size()) {}
 
   Taken run() {
-    forEachInOrder(files_.size(), [this](std::size_t i) { return read(files_[i]); });
+    forEachInOrder(files_.size(), [this](std::size_t i) {
+      return whileMemoryLasts([&] { return read(files_[i]); },
+                              [&]() -> std::function<void()> {
+                                return [this, i] { leaveOut(files_[i], {kNoMemory}); };
+                              });
+    });
     store_.finish();
     return taken_;
   }

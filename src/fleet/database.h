@@ -12,8 +12,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-// SQLite, as far as a fleet needs it: nothing newer than its version 3.19, which the oldest Mac
-// has.
+// SQLite, as far as a fleet needs it: its version 3.19, which the oldest Mac has, suffices.
 
 namespace fleet {
 

@@ -9,6 +9,7 @@ TEST(OsVersion, IsReadFromTheProfilersText) {
       {"OS X 10.10.11",         "10|OS X v10.10 (Yosemite)|10.10.11|11"        },
       {"OS X 10.9 13.1",        "9|OS X v10.9 (Mavericks)|10.9 13.1|1"         },
       {"macOS 10.-1",           "-1|macOS 10.-1|10.-1|"                        },
+      {"macOS-10.13",           "13|macOS-10.13|10.13|"                        },
       {"macOS",                 "0|Mac OS X v10.0 (Cheetah)||"                 },
       {"",                      "0|Mac OS X v10.0 (Cheetah)||"                 },
   };

@@ -157,8 +157,10 @@ std::vector<std::string> wordsOf(std::string_view text) {
 }
 
 std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
-  const std::string folded = composed(inspect::foldCase(text));
+  const std::string asItIs = inspect::foldCase(text);  // accents of both kinds, it may be
+  const std::string folded = composed(asItIs);
   std::set<std::string> forms;
+  addForms(asItIs, forms);
   for (const std::string& form : accentForms(folded)) addForms(form, forms);
   if (kind == Kind::Serial) addSerialForms(folded, forms);
   if (kind == Kind::Host) {

@@ -289,9 +289,8 @@ void Finder::addPatterns(std::size_t id) {
     return;
   }
   if (secret.kind == Kind::Arguments || (secret.common && secret.kind == Kind::Environment)) return;
-  constexpr std::size_t kLongest = 256;  // bytes; longer texts are looked for at their own places
   const bool placed = secret.kind == Kind::User || secret.kind == Kind::Host;
-  if (secret.text.size() > kLongest) {
+  if (secret.text.size() > Secrets::kLongest) {
     if (placed)
       add({.text = inspect::foldCase(secret.text), .secret = id, .common = secret.common});
     return;
@@ -312,9 +311,8 @@ void Finder::addPatterns(std::size_t id) {
 
 void Finder::addParts(std::size_t id) {
   const Secret& secret = (*secrets_)[id];
-  constexpr std::size_t kLongest = 256;                                            // bytes
   const bool mail = secret.byShape && secret.text.find('@') != std::string::npos;  // of strangers
-  if (secret.text.size() > kLongest || mail) return;
+  if (secret.text.size() > Secrets::kLongest || mail) return;
   for (const std::string& part : partsOf(secret.kind, secret.text)) {
     if (secrets_->isCommonWord(part)) continue;
     for (const std::string& form : spellingsOf(Kind::User, part))

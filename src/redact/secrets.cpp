@@ -222,6 +222,8 @@ bool Secrets::isCommon(const Secret& secret) const {
   if (isAddress(secret.kind)) return false;
   if (secret.kind == Kind::Arguments) return true;
   const std::string& text = secret.text;
+  const bool ofSomebody = secret.kind == Kind::User || secret.kind == Kind::Host;
+  if (text.size() > kLongest && !ofSomebody) return true;
   const bool number = text.find_first_not_of("0123456789.") == std::string::npos;
   if (secret.kind == Kind::Serial) {
     if (text.size() < kShortestSerial || (number && text.size() < kShortestNumber)) return true;

@@ -33,6 +33,9 @@ std::string_view nameIn(Kind kind, std::string_view text);
 // is of the first.
 class Secrets {
  public:
+  // Bytes: what is longer is replaced in its own places only, but for names of people and machines.
+  static constexpr std::size_t kLongest = 256;
+
   // `kept` kinds are found and left.
   explicit Secrets(std::set<Kind> kept) : kept_(std::move(kept)) {}
   bool keeps(Kind kind) const { return kept_.contains(kind); }

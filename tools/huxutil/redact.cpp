@@ -67,7 +67,7 @@ void printWords(const std::string& path, const std::string& remark, const Words&
 // What of it stays in the file, or may.
 void printRemarks(const std::string& path, const Redacted& result, const std::set<Kind>& kept) {
   if (!kept.empty()) printMessage(path, "kept: " + namesOf(kept));
-  printWords(path, "too common, or too short, to be replaced anywhere but in their own places: ",
+  printWords(path, "too common, short or long to be replaced anywhere but in their own places: ",
              result.common);
   printWords(path, "replaced as parts of names, wherever they stood: ", result.parts);
   printWords(path, "left, being what every Mac has: ", result.everybodys);

@@ -47,7 +47,7 @@ struct Token {
   std::size_t end;
   Kind kind;
   std::size_t number;
-  bool within = false;  // a word, as where a serial number was found
+  bool within;  // a word, as where a serial number was found
 };
 
 // Those of a text, in order.

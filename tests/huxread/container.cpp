@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -44,6 +46,17 @@ TEST(Container, GivesTheTextOfEverySection) {
     EXPECT_EQ(*container->text(3), "raw data");
     EXPECT_EQ(container->text(1).error().message, "there is no section 1");
     EXPECT_EQ(container->text(4).error().message, "there is no section 4");
+  }
+}
+
+TEST(Container, ReadsFilesOfAnyLength) {
+  for (const std::size_t size : {0U, 65536U, 200'000U}) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+    const std::string bytes(size, 'x');
+    ASSERT_EQ(std::fwrite(bytes.data(), 1, size, file.get()), size);
+    std::rewind(file.get());
+    const Result<std::string> read = readFile(file.get());
+    EXPECT_TRUE(read && *read == bytes) << size;
   }
 }
 

@@ -36,7 +36,7 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
        "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><plist "
        "version=\"1>0\">"
        "<array >\n" +
-           typed("SPA",                "<array\n><!-- </array> -->" + kItem + "<dict />\n</array>") +
+           typed("SPA",                "<array\n><!-- > </array> -->" + kItem + "<dict />\n</array>") +
            "</array></plist>",                                "a -"         },
       {"without a plist element",
        "<array>" + typed("SPA",        "<array>" + kItem + "</array>") + "</array>", "a"           },

@@ -56,13 +56,13 @@ TEST(Texts, LoseWhatIsNoText) {
     const char* bytes;
     const char* clean;
   } cases[] = {
-      {"caf\xC3\xA9 \xF0\x9F\x92\xBE", "caf\xC3\xA9 \xF0\x9F\x92\xBE"},
-      {"a\r\nb\rc\nd\te",              "a\nb\nc\nd e"                },
-      {"\x1B[2J\x7F",                  "\xEF\xBF\xBD[2J\xEF\xBF\xBD" },
+      {"caf\xC3\xA9 \xF0\x9F\x92\xBE", "caf\xC3\xA9 \xF0\x9F\x92\xBE"            },
+      {"a\r\nb\rc\nd\te",              "a\nb\nc\nd e"                            },
+      {"\x1B[2J\x7F\x1F ",             "\xEF\xBF\xBD[2J\xEF\xBF\xBD\xEF\xBF\xBD "},
       {"\xC2\x9B"
        "1m\xC2\xA0",            "\xEF\xBF\xBD"
-       "1m\xC2\xA0"                       },
-      {"\xE9\xFF",                     "\xEF\xBF\xBD\xEF\xBF\xBD"    },
+       "1m\xC2\xA0"                                   },
+      {"\xE9\xFF",                     "\xEF\xBF\xBD\xEF\xBF\xBD"                },
   };
   for (const auto& [bytes, clean] : cases) EXPECT_EQ(cleanText(bytes), clean) << bytes;
   EXPECT_EQ(textValue("  SSD 1  \r"), Value("SSD 1"));

@@ -329,9 +329,10 @@ class Scanner {
     const bool signs = std::ranges::any_of(
         kOwners, [before](std::string_view owner) { return before.ends_with(owner); });
     if (!signs || at(i + 1) != ' ') return 0;
+    constexpr std::size_t kLongest = 256;  // bytes
     const std::size_t begin = i + 2;
-    const std::size_t end = std::min(text_.find_first_of("(,<>\"\r\n", begin), text_.size());
-    std::size_t last = end;
+    const std::string_view rest = text_.substr(begin, kLongest);
+    std::size_t last = begin + std::min(rest.find_first_of("(,<>\"\r\n"), rest.size());
     while (last > begin && text_[last - 1] == ' ') --last;
     return give(begin, last, Kind::User,
                 canonicalOf(Kind::User, text_.substr(begin, last - begin)));

@@ -140,7 +140,7 @@ class Source:
             if end is not None and self.between(i, end).strip() not in DEFAULTS:
                 found.append((self.tokens[i].end(), self.tokens[end].start(), " {}"))
         end = self.end_of_call(i)
-        if end is not None:
+        if end is not None and "reserve" not in self.names[i:end]:  # room is only taken later
             found.append((self.tokens[i].start(), self.tokens[end].start(), ""))
         return found
 

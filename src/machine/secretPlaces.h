@@ -14,10 +14,10 @@ namespace machine {
 struct SecretPlace {
   std::string_view section;  // of the profiler's document the data type, of an inventory the tag:
                              // "Printer" of "Printer:1"
-  std::string_view parent;   // the key of the dictionary or list around it; of an inventory unused
   std::string_view key;    // of the text; of an inventory the attribute, "" for the tag's own value
   std::string_view table;  // of the schema: whose secret it is
   Secret secret;
+  std::string_view parent = "";  // of the profiler's document the key of what is around the text
 };
 
 // Both give null when the place holds no secret.

@@ -180,6 +180,7 @@ Result<Redacted> redact(const Container& file, platform::Host& host, const std::
     hidden = hidden || (form == Form::Profile && text.find("<![CDATA[") != std::string::npos);
   });
   if (failure) return *failure;
+  collect(file.headerText(), Form::None, secrets);
   if (hidden) return Error{"has CDATA, which the profiler never writes, and names may be split by"};
   forEachText(file, [&](const Section& section, const std::string& text) {
     collectWhole(text, formOf(section.type), secrets);

@@ -171,6 +171,8 @@ TEST(Container, SaysWhyASectionCannotBeInflated) {
     return text ? "" : text.error().message;
   };
   EXPECT_EQ(problemWith("snapshot", "\1KEVA"), "section 0: not a compressed document: bad magic");
+  EXPECT_EQ(problemWith("snapshot", {"\0\1KEVA", 6}),
+            "section 0: the zlib stream is cut off after 0 bytes");
   EXPECT_EQ(problemWith("assetinfo", "x\1\1KEVA"),
             "section 0: not a compressed document: layout flags 1, 1 instead of 0, 1");
   EXPECT_EQ(problemWith("customdata", blob("x")),

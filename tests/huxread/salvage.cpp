@@ -116,6 +116,16 @@ TEST(Salvage, TakesSoManyBytesForAllTexts) {
   }
 }
 
+TEST(Salvage, GivesUpAfterManyPlacesThatBeginNothing) {
+  const auto behind = [](std::size_t places) {
+    std::string begins;
+    for (std::size_t i = 0; i < places; ++i) begins += "\x78\x9C";
+    return salvage(begins + debugFile()).sections.size();
+  };
+  EXPECT_EQ(behind(65'000), 2U);
+  EXPECT_EQ(behind(66'000), 0U);
+}
+
 TEST(Salvage, SaysWhatIsWrong) {
   const std::string file = debugFile();
   const std::size_t first = blob(kAsset).size();

@@ -14,6 +14,7 @@ TEST(KevaDoc, PacksSectionsWithTheirIndex) {
   const std::string estimates =
       "[Root]\noffset=0\nlength=10\n[one]\noffset=10\nlength=7\n[two]\noffset=17\nlength=11\n";
   const auto size = static_cast<char>(text.size());
+  EXPECT_TRUE(document.pack(false, false).starts_with(text + "-\n\0"s));
   EXPECT_EQ(document.pack(true, false), text + estimates + "\0\0\0"s + size + "\1\0"s);
 
   const std::string packed = document.pack(true, true);

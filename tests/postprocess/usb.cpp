@@ -39,11 +39,15 @@ TEST(Usb, RoundsTheSizesOfMedia) {
 TEST(Usb, HandsNoOddDeviceNameToTheShell) {
   FakeHost host;
   kevaDoc snapshot(true, "Snapshot");
-  for (const std::string name : {"a|ls", "a b", "$HOME", "`ls`", "../a", "a'", "", "#2", "a*",
-                                 "a>b", "disk\xC3\xA9", "disk_2.s-1"}) {
+  for (const std::string name :
+       {"a|ls", "a b", "$HOME", "`ls`", "../a", "a'", "", "#2", "a*", "a>b", "disk\xC3\xA9",
+        "AZaz09._-", "BCDEFGHIJKLMNOPQRSTUVWXY", "bcdefghijklmnopqrstuvwxy12345678"}) {
     run(snapshot, "{removable_media=yes; bsd_name=" + name + "}", host);
   }
-  EXPECT_THAT(host.commands, testing::ElementsAre("diskutil info /dev/disk_2.s-1"));
+  EXPECT_THAT(host.commands,
+              testing::ElementsAre("diskutil info /dev/AZaz09._-",
+                                   "diskutil info /dev/BCDEFGHIJKLMNOPQRSTUVWXY",
+                                   "diskutil info /dev/bcdefghijklmnopqrstuvwxy12345678"));
 }
 
 TEST(Usb, ReadsTheNameOfAMedium) {

@@ -49,6 +49,20 @@ TEST(Redact, TellsWhatIsLeftAllTheSame) {
   EXPECT_EQ(result->left, std::set{Kind::Volume});
 }
 
+TEST(Redact, EditsTheValuesOfTheHeaderButThoseOfTheFormat) {
+  const std::string data = maras(
+      "login=snapshot\nx=Apple Development: Eve Quill (A1), Apple Development: Eve Quill (B2)\n");
+  const std::string header =
+      "[H]\ncount=1\nsnapshotcount=1\nID=noor@quill.example\n[0]\noffset=0\nlength=" +
+      std::to_string(data.size()) + "\ntype=snapshot\n";
+  const auto result = redacted(huxFile(data, header));
+  ASSERT_TRUE(result) << result.error().message;
+  const std::string edited(huxread::Container::parse(result->file)->headerText());
+  EXPECT_NE(edited.find("\nID=USER-5\n[0]\n"), std::string::npos) << edited;
+  EXPECT_NE(edited.find("\ntype=snapshot\n"), std::string::npos) << edited;
+  EXPECT_EQ(result->counts[static_cast<std::size_t>(Kind::User)].values, 5U);
+}
+
 TEST(Redact, RefusesWhatItCannotRead) {
   const std::string data = maras();
   const auto messageOf = [](const std::string& file) {

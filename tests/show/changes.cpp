@@ -24,6 +24,7 @@ TEST(Changes, AreReadAsPeopleSayThem) {
       disks: model=C | serial=S1
       software: path=/1 | name=Tool | version=1
       software: path=/2 | name=Tool | version=1
+      software: path=/4 | name=Moved | version=1
       software: path=/3 | name=App | version=1 | info=1, Maker | signed_by=Me)");
   Description after = described(machine::Source::Debug, R"(
       machine: os_version=14.5 | integrity_protection=false
@@ -33,6 +34,7 @@ TEST(Changes, AreReadAsPeopleSayThem) {
   addRows(after, R"(
       usb: name=Hub | speed_mbit_s=5000 | power_ma=500
       disks: model=C | serial=S2
+      software: path=/5 | name=Moved | version=1
       software: path=/3 | name=App | version=2 | info=2, Maker)");
   lastValue(after, "software", "signed_by") = std::string(70, 'x');
   EXPECT_EQ(told(before, after),
@@ -44,6 +46,7 @@ TEST(Changes, AreReadAsPeopleSayThem) {
             "+ disk C S2\n"
             "  USB device Hub: speed 480 -> 5000 Mbit/s, power 100 -> 500 mA\n"
             "- application Tool 1 (2 times)\n"
+            "- application Moved 1 /4\n"
             "  App 1 -> 2, signed by Me -> " +
-                std::string(49, 'x') + "…\n");
+                std::string(49, 'x') + "…\n+ application Moved 1 /5\n");
 }

@@ -7,6 +7,7 @@
 #include "show/age.h"
 #include "show/columns.h"
 #include "show/csv.h"
+#include "show/styledLines.h"
 #include "show/terminal.h"
 #include "support/rows.h"
 
@@ -105,6 +106,14 @@ TEST(Columns, CountsEveryCharacter) {
   }
   EXPECT_EQ(characters[0], 1920);
   EXPECT_EQ(characters[2], 191848);
+}
+
+TEST(StyledLines, LoseTheirEndWhereItDoesNotFit) {
+  const std::vector<show::StyledLine> line = {
+      {{{"abcd"}}, {"efghij"}}
+  };
+  EXPECT_EQ(show::render(line, 12, false), "abcd  efghij\n");
+  EXPECT_EQ(show::render(line, 11, false), "abcd\n");
 }
 
 TEST(Values, AreWrittenSoThatTheyCanBeReadBack) {

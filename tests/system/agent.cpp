@@ -75,6 +75,8 @@ TEST_F(Agent, ScansOnlyWhenToldTo) {
     EXPECT_EQ(run.output, kPrompt + answer) << input;
     EXPECT_EQ(run.exitCode, exitCode) << input;
   }
+  const Outcome named = outcome("echo n | bash -c \"exec -a --help " + kAgent + "\"");
+  EXPECT_EQ(named.output, kPrompt + canceled) << "what it is called by is no option";
 }
 
 TEST_F(Agent, ExplainsItself) {

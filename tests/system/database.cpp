@@ -259,6 +259,8 @@ TEST_F(FleetDatabase, AQueryCanOnlyRead) {
   EXPECT_FALSE(std::filesystem::exists("x.db"));
   expect("sql --db f.db 'SELECT * FORM software'", 2, "",
          "huxutil: sql: near \"FORM\": syntax error, at character 10\n");
+  expect("sql --db f.db 'SELEC 1'", 2, "",
+         "huxutil: sql: near \"SELEC\": syntax error, at character 1\n");
   expect("sql --db f.db \"SELECT '\xC3\xA9', nane FROM software\"", 2, "",
          "huxutil: sql: no such column: nane, at character 13\n");
   expect(

@@ -1,6 +1,5 @@
 #include "platform/portable/processFiles.h"
 
-#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <string>
@@ -51,7 +50,6 @@ std::vector<Process> readProcessFiles() {
       processes.push_back(std::move(*process));
     }
   }
-  std::ranges::sort(processes, {}, &Process::pid);
   return processes;
 }
 

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-// Host::processTable from /proc (proc(5)), by process id; empty on systems that have none.
+// Host::processTable from /proc (proc(5)), in its order; empty on systems that have none.
 std::vector<Process> readProcessFiles();
 
 // One process from the text of its /proc/PID/stat: "42 (name) S 1 ...". The name may hold blanks

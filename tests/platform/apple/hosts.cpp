@@ -91,6 +91,7 @@ TEST_P(Hosts, RefusePropertyListsThatAreNone) {
   EXPECT_TRUE(host->parsePropertyList(nested(platform::Host::kMaxNesting)).has_value());
   for (const int depth : {platform::Host::kMaxNesting + 1, 100000}) {
     EXPECT_FALSE(host->parsePropertyList(nested(depth)).has_value()) << depth;
+    EXPECT_EQ(parsed("<array><string><![CDATA[]]></string>" + nested(depth)), "refused") << depth;
   }
 }
 

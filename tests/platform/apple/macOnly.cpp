@@ -118,6 +118,7 @@ TEST(BinaryLists, AreRefusedThatUnfoldWithoutEnd) {
       {30, false, 1,    242,  false},
       {30, true,  1,    302,  false},
       {9,  false, 3000, 3075, false},
+      {6,  false, 0,    18,   false},
       {3,  true,  300,  342,  true },
   };
   for (const auto& c : cases) {

@@ -151,9 +151,10 @@ CFIndex CFStringGetLength(CFStringRef string) {
   return utf16Length(objectOf(string, String, __func__).text);
 }
 
-CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding, UInt8, Boolean,
-                         UInt8* buffer, CFIndex size, CFIndex* used) {
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding, UInt8 lossByte,
+                         Boolean, UInt8* buffer, CFIndex size, CFIndex* used) {
   const std::string& text = objectOf(string, String, __func__).text;
+  if (lossByte != 0) complain(__func__, "characters that are replaced");
   if (range.location != 0 || range.length != utf16Length(text))
     complain(__func__, "a part of a string");
   char* to = reinterpret_cast<char*>(buffer);

@@ -203,6 +203,7 @@ TEST_P(GoldenRedacted, HoldsNoSecretAndIsOtherwiseTheSameAlsoTwice) {
                  changedLines(file, *after));
     EXPECT_THAT(result->common, testing::Each(testing::AnyOfArray(kCommon.at(GetParam().name))));
     EXPECT_THAT(result->everybodys, testing::Each(testing::AnyOfArray(kEverybodys)));
+    EXPECT_TRUE(result->parts.empty());
     const auto again = redact::redact(*after, host, {}, "");
     ASSERT_TRUE(again);
     EXPECT_TRUE(again->left.empty());

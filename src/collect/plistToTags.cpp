@@ -72,10 +72,7 @@ class Place {
  public:
   // Where `path` leads, which is to be continued by "/" and a name.
   Place(kevaDoc& document, SharedText path)
-      : document_(&document),
-        length_(path.size()),
-        depth_(std::ranges::count(path, '/')),
-        name_(std::move(path)) {}
+      : document_(&document), length_(path.size()), name_(std::move(path)) {}
 
   enum class Names { Any, New };  // New: no sibling in the profiler's list has that name
 
@@ -84,7 +81,6 @@ class Place {
       : parent_(&parent),
         names_(names),
         length_(parent.length_ + 1 + name.size()),
-        depth_(parent.depth_ + 1),
         name_(std::move(name)) {}
 
   // So many attributes are likely to be set directly below, at most.
@@ -92,8 +88,7 @@ class Place {
 
   // As the attribute that the path names.
   void set(TagValue&& value) {
-    constexpr auto kMaxDepth = static_cast<std::ptrdiff_t>(Tag::kMaxPathDepth);
-    if (length_ > Tag::kMaxPathLength || depth_ > kMaxDepth) return;
+    if (length_ > Tag::kMaxPathLength) return;  // as deep as a path may be is no property list
     Tag* tag = parent_->tag();
     if (tag == nullptr) return;
     if (isNewAmong(tag->attributeCount(), parent_->attributes_)) {
@@ -142,7 +137,6 @@ class Place {
   std::size_t children_ = 0;    // of its tag that were added without a look at the others
   std::size_t attributes_ = 0;  // the same of these
   std::size_t length_;
-  std::ptrdiff_t depth_;
   std::size_t expected_ = 0;
   SharedText name_;
 };

@@ -123,7 +123,6 @@ Result<Database> Database::open(const std::string& path, Access access) {
   if (code != SQLITE_OK) return Error{database.problem()};
   constexpr int kPatience = 60'000;  // ms that another writer is waited for
   sqlite3_busy_timeout(connection, kPatience);
-  sqlite3_extended_result_codes(connection, 1);
   return database;
 }
 
@@ -132,8 +131,7 @@ std::string Database::problem() const {
 }
 
 bool Database::busy() const {
-  constexpr int kPrimary = 0xFF;  // without what makes it an extended code
-  return (sqlite3_errcode(handle()) & kPrimary) == SQLITE_BUSY;
+  return sqlite3_errcode(handle()) == SQLITE_BUSY;
 }
 
 void Database::endStatementsWhen(const volatile std::sig_atomic_t& flag) const {

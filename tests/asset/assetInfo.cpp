@@ -37,6 +37,7 @@ TEST(AssetInfo, RepeatsWhatTheSnapshotKnows) {
   disks->child("partition:3")->setAttribute("free", TagValue(1.5));
   const std::string record = textOf(*buildAssetInfo(AssetFacts(), snapshot, true));
   EXPECT_THAT(record, HasSubstr("\ndomain=\nos-sp=\nos-ver=\nos-manuf=Apple Inc.\ncpu-count="));
+  EXPECT_THAT(record, HasSubstr("\nmonitor-count=0\n"));
   EXPECT_THAT(record, HasSubstr("\nhdd-capacity=\n"
                                 "disk:2=Data\n~free=11274289152\n~free%=100\n"
                                 "disk:3=\n~free=\n~free%=100\nfw-status=5\n"));

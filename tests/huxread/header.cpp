@@ -41,6 +41,8 @@ TEST(Header, SaysWhatIsWrongAndWhere) {
   ASSERT_TRUE(full) << full.error().message;
   EXPECT_TRUE(full->remarks.empty());
   EXPECT_EQ(full->sections[1].timestamp, "t");
+  EXPECT_EQ(parseHeader("[H]\nnote=\ncount=0\nsnapshotcount=0\n")->remarks,
+            std::vector<std::string>{"header: the key of line 2 is not known"});
 }
 
 }  // namespace huxread

@@ -34,7 +34,7 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
   const Case cases[] = {
       {"with everything around it that XML allows",
        "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><plist "
-       "version=\"1>0\">"
+       "version=\"1>0\" a='/>'>"
        "<array >\n" +
            typed("SPA",                "<array\n><!-- > </array> -->" + kItem + "<dict />\n</array>") +
            "</array></plist>",                                "a -"         },

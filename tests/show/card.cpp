@@ -56,6 +56,8 @@ software  318 applications, 12 not from a known developer
 ! the disk "Kestrel Backup" is failing
 ! 2 findings more: huxutil verify --complete 'MARA'\''(1).hux'
 )");
+  const std::string name(40, 'm');
+  EXPECT_TRUE(show::card(notebook(), name, kFindings, kNow, {}).ends_with("--complete FILE\n"));
 }
 
 TEST(Card, LeavesOutWhatIsNotKnown) {

@@ -30,10 +30,12 @@ auto redacted(const std::string& file, const std::set<Kind>& kept = {}) {
 }  // namespace
 
 TEST(Redact, TellsWhatIsKeptAndWhatIsCommon) {
-  const auto result = redacted(fileOfOne("snapshot", maras("disk=VOLUME-3\n")), {Kind::Uuid});
+  const std::string longer = "Quill " + std::string(260, 'q');
+  const auto result = redacted(fileOfOne("snapshot", maras("disk=VOLUME-3\ndisk:2=" + longer + "\n")),
+                               {Kind::Uuid});
   ASSERT_TRUE(result) << result.error().message;
   EXPECT_EQ(result->inName, (std::set{Kind::HardwareAddress, Kind::Host}));
-  EXPECT_EQ(result->common, (std::vector<std::string>{"mac", "Desk"}));
+  EXPECT_EQ(result->common, (std::vector<std::string>{"mac", longer, "Desk"}));
   EXPECT_EQ(result->everybodys, std::set<std::string>{"Macintosh HD"});
   EXPECT_EQ(result->parts, std::set<std::string>{});
   EXPECT_EQ(result->tokens, std::set<std::string>{"VOLUME-3"});

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/text.h"
 #include "machine/cleanText.h"
@@ -107,12 +108,10 @@ Row deviceRow(const PropertyList& device, const PropertyList& parent) {
 }
 
 // What makes two rows one device, when both data types hold it.
-std::string keyOf(const Row& row) {
-  std::string key;
-  for (const char* column : {"location", "vendor_id", "product_id", "serial"}) {
-    key += textOf(row[columnAt("usb", column)]);
-    key += '\x1F';
-  }
+std::vector<std::string> keyOf(const Row& row) {
+  std::vector<std::string> key;
+  for (const char* column : {"location", "vendor_id", "product_id", "serial"})
+    key.emplace_back(textOf(row[columnAt("usb", column)]));
   return key;
 }
 
@@ -121,7 +120,7 @@ std::string keyOf(const Row& row) {
 void readProfiledUsb(const Profile& profile, Description& machine) {
   TableData& table = machine[kTable];
   table.recorded = profile.has("SPUSBDataType") || profile.has("SPUSBHostDataType");
-  std::set<std::string> known;
+  std::set<std::vector<std::string>> known;
   for (const char* dataType : {"SPUSBDataType", "SPUSBHostDataType"}) {
     const bool first = known.empty();
     profile.forEach(dataType, [&](const PropertyList& bus) {

@@ -225,9 +225,12 @@ bool Secrets::isCommon(const Secret& secret) const {
   const bool ofSomebody = secret.kind == Kind::User || secret.kind == Kind::Host;
   if (text.size() > kLongest && !ofSomebody) return true;
   const bool number = text.find_first_not_of("0123456789.") == std::string::npos;
+  const auto words = wordsOf(text);
   if (secret.kind == Kind::Serial) {
     if (text.size() < kShortestSerial || (number && text.size() < kShortestNumber)) return true;
-    return vocabulary_.contains(inspect::foldCase(text));
+    // What is made of the words of keys could be one: "mount-point".
+    return std::ranges::all_of(
+        words, [this](const std::string& word) { return vocabulary_.contains(word); });
   }
   if (secret.kind == Kind::Host && text.find('.') != std::string::npos) return number;  // a domain
   if (secret.kind == Kind::Environment) {
@@ -237,7 +240,6 @@ bool Secrets::isCommon(const Secret& secret) const {
            text.find_first_of("/:,; ") != std::string::npos ||
            text.find_first_of("0123456789") == std::string::npos;
   }
-  const auto words = wordsOf(text);
   if (text.size() < kShortest || number || words.empty()) return true;
   if (isFreeText(secret.kind) && texts_.contains(inspect::foldCase(text))) return true;
   return std::ranges::all_of(words, [this](const std::string& word) { return isCommonWord(word); });

@@ -31,8 +31,8 @@ auto redacted(const std::string& file, const std::set<Kind>& kept = {}) {
 
 TEST(Redact, TellsWhatIsKeptAndWhatIsCommon) {
   const std::string longer = "Quill " + std::string(260, 'q');
-  const auto result = redacted(fileOfOne("snapshot", maras("disk=VOLUME-3\ndisk:2=" + longer + "\n")),
-                               {Kind::Uuid});
+  const auto result = redacted(
+      fileOfOne("snapshot", maras("disk=VOLUME-3\ndisk:2=" + longer + "\n")), {Kind::Uuid});
   ASSERT_TRUE(result) << result.error().message;
   EXPECT_EQ(result->inName, (std::set{Kind::HardwareAddress, Kind::Host}));
   EXPECT_EQ(result->common, (std::vector<std::string>{"mac", longer, "Desk"}));

@@ -16,7 +16,6 @@ Tag* Tag::walkPath(std::string_view path, std::string_view& name) {
     }
     const std::size_t slash = path.find('/');
     if (slash == std::string_view::npos) break;
-    tag->becomeBranch();
     tag = tag->child(path.substr(0, slash));
     path.remove_prefix(slash + 1);
   }

@@ -89,7 +89,8 @@ TEST_F(Agent, ExplainsItself) {
           "--help,\t\t\t-?\t\t\tShow this help message\n"
           "-debug,\t\t\t/debug\t\t\tSave offline scan result in raw format to send to support\n"
           "-silent,\t\t/silent\t\t\tStart offline scan without output to console\n"
-          "\n\nFor additional information contact us: "));
+          "\n\nFor additional information contact us: support@orbex.example\n"
+          "Visit our site: https://www.orbex.example https://forum.orbex.example\n"));
   const Outcome run = outcome(kAgent + "-log -ip: -silent '-?' -debug");
   EXPECT_EQ(run.output, help);
   EXPECT_EQ(run.exitCode, 0);

@@ -33,11 +33,13 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
   };
   const Case cases[] = {
       {"with everything around it that XML allows",
-       "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><?x > <array> ?><plist "
+       "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><?x > <array> "
+       "?><plist "
        "version=\"1>0\" a='/>'>"
        "<array >\n" +
-           typed("SPA",                "<array\n><!-- > </array> -->" + kItem + "<dict />\n<dict/></array>") +
-           "</array></plist>",                                "a - -"       },
+           typed("SPA",
+       "<array\n><!----><!-- > </array> -->" + kItem + "<dict />\n<dict/></array>") +
+           "</array></plist>",                                                       "a - -"       },
       {"without a plist element",
        "<array>" + typed("SPA",        "<array>" + kItem + "</array>") + "</array>", "a"           },
       {"in two dictionaries, with another one between them",

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <sstream>
 #include <vector>
 
 #include "base/digits.h"
@@ -104,6 +105,23 @@ std::string textsOf(const std::string& xml) {
   return text;
 }
 
+// A document without its first line, what the format calls tags and attributes, and days.
+std::string entriesOf(const std::string& document) {
+  std::string text;
+  std::istringstream lines(document);
+  std::string line;
+  std::getline(lines, line);
+  while (std::getline(lines, line)) {
+    const std::size_t begin = line.find_first_not_of("+*~") == 1 ? 1 : 0;
+    const std::size_t end = line.find_first_of(":=", begin);
+    const std::string name = line.substr(begin, end - begin);
+    const bool isName = end != std::string::npos && machine::isSnapshotName(name);
+    const std::string rest = isName ? line.substr(end + 1) : line;
+    if (name != "inst-date" || !hasShape(rest, "00000000")) text += rest + '\n';
+  }
+  return text;
+}
+
 void expectNoneLeft(const std::string& before, const std::string& after, bool profile,
                     const redact::Redacted& result) {
   const std::vector<Value> values = valuesOf(before, profile);
@@ -119,7 +137,7 @@ void expectNoneLeft(const std::string& before, const std::string& after, bool pr
     });
   };
   // Elements are called, and a document begins, as the format has it.
-  const std::string body = profile ? textsOf(after) : after.substr(after.find('\n') + 1);
+  const std::string body = profile ? textsOf(after) : entriesOf(after);
   for (const auto& [name, token] : result.pairs) {
     const bool placed =  // replaced in its own places only
         std::ranges::find(result.common, name) != result.common.end() || isWhole(name);

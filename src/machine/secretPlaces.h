@@ -25,6 +25,9 @@ const SecretPlace* findProfiledSecret(std::string_view section, std::string_view
                                       std::string_view key);
 const SecretPlace* findSnapshotSecret(std::string_view tag, std::string_view attribute);
 
+// Whether a tag or an attribute of an inventory is called so, up to its ":": "Soft", "mac-address".
+bool isSnapshotName(std::string_view name);
+
 // Whether a key of a dictionary is what somebody called a device. Structure has keys with "_" in
 // them.
 bool isProfiledName(std::string_view section, std::string_view key);

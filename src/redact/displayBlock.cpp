@@ -61,7 +61,7 @@ std::optional<std::pair<std::string, unsigned>> displayBlockWithout(
     if (bytes[at] != 0 || bytes[at + 1] != 0 || bytes[at + 3] != 0xFF) continue;
     const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(at + 5);
     std::string serial(first, std::find(first, first + kText, std::uint8_t{'\n'}));
-    TrimChars(serial, std::string_view("\0", 1), kTrimBoth);
+    TrimChars(serial, std::string_view(" \0", 2), kTrimBoth);
     if (const auto token = find(serial)) {
       std::string text = formatString("%u\n", *token);
       text.resize(kText, ' ');

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "base/text.h"
+#include "machine/secretPlaces.h"
 
 namespace redact {
 
@@ -45,6 +46,17 @@ std::string spelledAs(std::string_view original, std::string_view digits) {
 
 bool has(std::string_view text, char c) {
   return text.find(c) != std::string_view::npos;
+}
+
+// Behind the mark that a line begins with, and behind what the format calls it: "*Soft:",
+// "serial=".
+std::size_t endOfName(std::string_view text, std::size_t line) {
+  constexpr std::string_view kMarks = "+*~";
+  const std::size_t begin = line + (has(kMarks, text[line]) ? 1 : 0);
+  const std::size_t end = text.find_first_of(":=\n", begin);
+  const bool isEntry = end != std::string_view::npos && text[end] != '\n';
+  const bool isName = isEntry && machine::isSnapshotName(text.substr(begin, end - begin));
+  return isName ? end + 1 : begin;
 }
 
 }  // namespace
@@ -89,7 +101,6 @@ void addElementNames(std::string_view text, std::vector<Range>& ranges) {
 }
 
 std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits) {
-  constexpr std::string_view kMarks = "+*~";
   std::vector<Edit> kept;
   for (std::size_t next = 0; next < edits.size();) {
     const std::size_t line = text.rfind('\n', edits[next].begin) + 1;
@@ -101,9 +112,12 @@ std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits) {
       isEntry = isEntry || has(text.substr(at, edits[next].begin - at), '=');
     isEntry = isEntry || has(text.substr(at, end - at), '=');
     if (line == 0) continue;
+    const std::size_t name = endOfName(text, line);
+    isEntry = isEntry || text[name - 1] == '=';
     for (Edit& edit : std::span(edits).subspan(first, next - first)) {
-      if (edit.begin == line && has(kMarks, text[line])) ++edit.begin;
-      const std::size_t equals = isEntry ? end : text.find('=', edit.begin);
+      edit.begin = std::max(edit.begin, name);
+      if (edit.begin >= edit.end) continue;
+      const std::size_t equals = isEntry ? end : text.substr(0, end).find('=', edit.begin);
       if (equals < edit.end) {
         isEntry = true;
         if (edit.begin < equals) {

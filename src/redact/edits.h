@@ -34,9 +34,9 @@ std::vector<Edit> chosen(std::vector<Edit> edits);
 // called so too.
 void addElementNames(std::string_view text, std::vector<Range>& ranges);
 
-// What makes a text that of a document stays: its first line, the mark that a line begins with, and
-// in a line that has no other one the first "=". A name that goes over them is replaced on both
-// sides.
+// What makes a text that of a document stays: its first line, the mark that a line begins with,
+// what the format calls a tag or an attribute ("Soft:", "mac-address="), and in a line that has no
+// other one the first "=". A name that goes over them is replaced on both sides.
 std::vector<Edit> withinLines(std::string_view text, std::vector<Edit> edits);
 
 // What stands for the secret where it was found spelled as `original`.

@@ -82,19 +82,26 @@ void addField(const std::string& value, const Field& field, Kind kind, Secrets& 
   }
 }
 
+bool isNumber(std::string_view word) {
+  return std::ranges::all_of(word, isDigit);
+}
+
 bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (static_cast<unsigned char>(c) & 0x80) != 0;
 }
 
 // Whether a sign begins there that ends a word: a no-break blank, a quotation mark, a dash (U+0080
 // to U+00BF, U+2000 to U+203F, U+3000 to U+303F). Of the last two a few are letters, or join them.
+// A letter of a script without blanks, or with endings that stand behind names of any script, is
+// like a sign: kana, Han, Hangul (U+3040 to U+9FFF, U+AC00 to U+D7FF).
 bool isSign(std::string_view text, std::size_t at) {
   constexpr std::string_view kLetters[] = {"\xE2\x80\x8C", "\xE2\x80\x8D", "\xE3\x80\x85",
                                            "\xE3\x80\x86", "\xE3\x80\x87"};
   const std::string_view begin = text.substr(at, 3);
-  if (!begin.starts_with('\xC2') && !begin.starts_with("\xE2\x80") &&
-      !begin.starts_with("\xE3\x80"))
-    return false;
+  const bool found = begin.starts_with('\xC2') || begin.starts_with("\xE2\x80") ||
+                     (begin >= "\xE3\x80" && begin < "\xEA") ||
+                     (begin >= "\xEA\xB0" && begin < "\xEE");
+  if (!found) return false;
   return std::ranges::none_of(
       kLetters, [begin](std::string_view letter) { return begin.starts_with(letter); });
 }
@@ -295,7 +302,10 @@ void Finder::addPatterns(std::size_t id) {
       add({.text = inspect::foldCase(secret.text), .secret = id, .common = secret.common});
     return;
   }
-  for (const std::string& form : spellingsOf(secret.kind, secret.text)) {
+  const auto isCommon = [&](const std::string& word) {
+    return !secret.common && (isNumber(word) || secrets_->isCommonWord(word));
+  };
+  for (const std::string& form : spellingsOf(secret.kind, secret.text, isCommon)) {
     constexpr std::size_t kTelling = 8;
     if (form.empty()) continue;
     const bool telling = secret.kind == Kind::Serial && form.size() >= kTelling;
@@ -315,7 +325,7 @@ void Finder::addParts(std::size_t id) {
   if (secret.text.size() > Secrets::kLongest || mail) return;
   for (const std::string& part : partsOf(secret.kind, secret.text)) {
     if (secrets_->isCommonWord(part)) continue;
-    for (const std::string& form : spellingsOf(Kind::User, part))
+    for (const std::string& form : spellingsOf(Kind::User, part, nullptr))
       add({.text = form, .secret = id, .part = true, .person = true});
   }
 }

@@ -5,6 +5,7 @@
 
 #include "base/formatString.h"
 #include "base/text.h"
+#include "base/utf8.h"
 #include "inspect/letterCase.h"
 #include "machine/cleanText.h"
 #include "redact/shapes.h"
@@ -213,7 +214,7 @@ bool Secrets::isCommonWord(const std::string& word) const {
 }
 
 bool Secrets::isCommon(const Secret& secret) const {
-  constexpr std::size_t kShortest = 3;         // bytes of a name
+  constexpr std::size_t kShortest = 3;         // bytes of a name, of two characters at least
   constexpr std::size_t kShortestSerial = 5;   // and of a serial number
   constexpr std::size_t kShortestNumber = 7;   // and of one of digits alone
   constexpr std::size_t kShortestAddress = 8;  // digits, of one that is damaged
@@ -240,7 +241,7 @@ bool Secrets::isCommon(const Secret& secret) const {
            text.find_first_of("/:,; ") != std::string::npos ||
            text.find_first_of("0123456789") == std::string::npos;
   }
-  if (text.size() < kShortest || number || words.empty()) return true;
+  if (text.size() < kShortest || utf8Length(text) < 2 || number || words.empty()) return true;
   if (isFreeText(secret.kind) && texts_.contains(inspect::foldCase(text))) return true;
   return std::ranges::all_of(words, [this](const std::string& word) { return isCommonWord(word); });
 }

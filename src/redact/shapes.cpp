@@ -190,6 +190,7 @@ class Scanner {
 
   std::size_t ipv4At(std::size_t i) {
     const std::size_t begin = wordBefore(i, isWord, 4);
+    if (i - begin > 3) return 0;  // else what follows would be walked from each of its dots
     if (begin > 0 &&
         (text_[begin - 1] == '.' || text_[begin - 1] == '-' || text_[begin - 1] == '_')) {
       return 0;

@@ -88,6 +88,7 @@ std::string localName(std::string text) {
 }
 
 void addForms(const std::string& text, std::set<std::string>& forms) {
+  forms.insert(text);
   const std::string straight = replaced(text, "\xE2\x80\x99", "'");
   for (const std::string_view apostrophe : kApostrophes) {
     if (apostrophe != "'" && straight.find('\'') == std::string::npos) break;
@@ -95,12 +96,14 @@ void addForms(const std::string& text, std::set<std::string>& forms) {
     for (const std::string_view blank : kBlanks) {
       if (blank != " " && straight.find(' ') == std::string::npos) break;
       const std::string form = replaced(quoted, " ", blank);
-      forms.insert(form);
-      forms.insert(percentEncoded(form));
+      for (const std::string_view ampersand : {"&", "%26"}) {
+        const std::string spelled = replaced(form, "&", ampersand);
+        forms.insert(spelled);
+        forms.insert(percentEncoded(spelled));
+        if (straight.find('&') == std::string::npos) break;
+      }
     }
   }
-  // As XML has it; the apostrophe in its other forms is above.
-  forms.insert(replaced(text, "&", "%26"));
 }
 
 // Of a serial number: without separators, and as the hexadecimal number of a display.
@@ -156,7 +159,7 @@ std::vector<std::string> wordsOf(std::string_view text) {
   return words;
 }
 
-std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
+std::vector<std::string> spellingsOf(Kind kind, std::string_view text, const IsCommon& isCommon) {
   const std::string asItIs = inspect::foldCase(text);  // accents of both kinds, it may be
   const std::string folded = composed(asItIs);
   std::set<std::string> forms;
@@ -166,6 +169,8 @@ std::vector<std::string> spellingsOf(Kind kind, std::string_view text) {
   if (kind == Kind::Host) {
     constexpr std::size_t kNetBios = 15;  // characters of such a name
     for (const std::string& form : accentForms(folded)) {
+      // Letters of other scripts go: of a name with "macbook" only that may be left.
+      if (std::ranges::all_of(wordsOf(labelOf(form, true)), isCommon)) continue;
       for (const std::string& label :
            {localName(form), labelOf(form, true), labelOf(form, false)}) {
         if (label.size() < 3) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,10 @@ std::vector<std::string> wordsOf(std::string_view text);
 // kind of apostrophe and of blank and as a part of an URL, with accents composed,
 // decomposed, left out and written out ("oe"); names of machines as the network has them; serial
 // numbers without separators and, of displays, in hexadecimal.
-std::vector<std::string> spellingsOf(Kind kind, std::string_view text);
+//
+// A network's name of a machine that is made of common words alone is none of these.
+using IsCommon = std::function<bool(const std::string& word)>;
+std::vector<std::string> spellingsOf(Kind kind, std::string_view text, const IsCommon& isCommon);
 
 // Names within a full name or within the name of a machine, by which it can be recognised:
 // "Mara O'Lindgrove" has "mara", "lindgrove", "o'lindgrove", "mlindgrove". None of three letters:

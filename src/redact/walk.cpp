@@ -121,6 +121,8 @@ void walkDocument(std::string_view text, const std::function<void(const Field& f
     } else if (equals != std::string_view::npos) {
       Field field = fieldAt(text, at + equals + 1, end);
       field.key = line.substr(0, equals);
+      field.date = field.key == "inst-date" &&
+                   hasShape(text.substr(field.begin, field.end - field.begin), "00000000");
       field.place = line.starts_with('~') ? nullptr : machine::findSnapshotSecret(tag, field.key);
       take(field);
     }

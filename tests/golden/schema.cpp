@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "golden/machine.h"
+#include "machine/secretPlaces.h"
 
 // docs/schema.md against the golden snapshots: its tables are read as they stand, so that the page
 // for people is also the one for this test.
@@ -105,6 +106,18 @@ TEST(Schema, DocumentsWhateverTheGoldenSnapshotsHold) {
     ASSERT_NE(kind, page.kinds.end()) << "docs/schema.md: unknown kind: " << row.where;
     EXPECT_TRUE(std::regex_match(found.value, kind->second))
         << found.where << " is no " << row.kind;
+  }
+}
+
+// So that redacting leaves them alone, whoever is called so.
+TEST(Schema, NamesWhatTheReaderKnowsAsNames) {
+  for (const auto& [path, row] : readPage().paths) {
+    std::set<std::string> names = row.properties;
+    std::istringstream parts(path.substr(path.find('/') + 1));
+    for (std::string part; std::getline(parts, part, '/');)
+      names.insert(part.substr(0, part.find(':')));
+    names.erase("");
+    for (const std::string& name : names) EXPECT_TRUE(machine::isSnapshotName(name)) << name;
   }
 }
 

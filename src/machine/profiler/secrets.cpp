@@ -79,8 +79,9 @@ bool isProfiledName(std::string_view section, std::string_view key) {
 }
 
 bool statesVersions(std::string_view key) {
-  constexpr std::string_view kWords[] = {"version", "info",  "rev",  "firmware", "driver",  "bcd",
-                                         "build",   "descr", "path", "signed",   "location"};
+  constexpr std::string_view kWords[] = {"version", "info",    "rev",     "firmware", "driver",
+                                         "bcd",     "build",   "descr",   "path",     "signed",
+                                         "soft",    "library", "location"};
   return std::ranges::any_of(kWords, [key](std::string_view word) { return contains(key, word); });
 }
 

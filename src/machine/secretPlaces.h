@@ -17,7 +17,7 @@ struct SecretPlace {
   std::string_view key;    // of the text; of an inventory the attribute, "" for the tag's own value
   std::string_view table;  // of the schema: whose secret it is
   Secret secret;
-  std::string_view parent = "";  // of the profiler's document the key of what is around the text
+  std::string_view parent = {};  // of the profiler's document the key of what is around the text
 };
 
 // Both give null when the place holds no secret.

@@ -139,8 +139,10 @@ void expectNoneLeft(const std::string& before, const std::string& after, bool pr
   // Elements are called, and a document begins, as the format has it.
   const std::string body = profile ? textsOf(after) : entriesOf(after);
   for (const auto& [name, token] : result.pairs) {
+    // Short passwords of URLs are replaced there, and stay elsewhere.
+    const bool password = token.starts_with("VALUE-");
     const bool placed =  // replaced in its own places only
-        std::ranges::find(result.common, name) != result.common.end() || isWhole(name);
+        std::ranges::find(result.common, name) != result.common.end() || isWhole(name) || password;
     expect(placed || !standsIn(body, profile ? escaped(name) : name), "no name is left by itself",
            name);
   }

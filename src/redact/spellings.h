@@ -17,9 +17,8 @@ std::vector<std::string> wordsOf(std::string_view text);
 // addresses and UUIDs without separators (those with any are found by their shape); names with each
 // kind of apostrophe and of blank and as a part of an URL, with accents composed,
 // decomposed, left out and written out ("oe"); names of machines as the network has them; serial
-// numbers without separators and, of displays, in hexadecimal.
-//
-// A network's name of a machine that is made of common words alone is none of these.
+// numbers without separators and, of displays, in hexadecimal. What the network would have of a
+// machine's name is left out where common words alone are left of it; only names of machines ask.
 using IsCommon = std::function<bool(const std::string& word)>;
 std::vector<std::string> spellingsOf(Kind kind, std::string_view text, const IsCommon& isCommon);
 

@@ -106,7 +106,11 @@ std::string textsOf(const std::string& xml) {
 }
 
 // A document without its first line, what the format calls tags and attributes, and days.
-std::string entriesOf(const std::string& document) {
+std::string entriesOf(std::string document) {
+  redact::walkDocument(std::string(document), [&document](const redact::Field& field) {
+    if (field.date)
+      document.replace(field.begin, field.end - field.begin, field.end - field.begin, ' ');
+  });
   std::string text;
   std::istringstream lines(document);
   std::string line;
@@ -116,8 +120,7 @@ std::string entriesOf(const std::string& document) {
     const std::size_t end = line.find_first_of(":=", begin);
     const std::string name = line.substr(begin, end - begin);
     const bool isName = end != std::string::npos && machine::isSnapshotName(name);
-    const std::string rest = isName ? line.substr(end + 1) : line;
-    if (name != "inst-date" || !hasShape(rest, "00000000")) text += rest + '\n';
+    text += (isName ? line.substr(end + 1) : line) + '\n';
   }
   return text;
 }

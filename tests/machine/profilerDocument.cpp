@@ -33,9 +33,8 @@ TEST(ProfilerDocument, FindsTheItemsOfItsDataTypes) {
   };
   const Case cases[] = {
       {"with everything around it that XML allows",
-       "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><?x > <array> "
-       "?><plist "
-       "version=\"1>0\" a='/>'>"
+       "<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY a '>'>]><!-- <array> --><?x > <array> ?>"
+       "<plist version=\"1>0\" a='/>'>"
        "<array >\n" +
            typed("SPA",
        "<array\n><!----><!-- > </array> -->" + kItem + "<dict />\n<dict/></array>") +

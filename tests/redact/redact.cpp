@@ -92,9 +92,9 @@ TEST(Redact, RefusesWhatItCannotRead) {
       "[H]\ncount=2\nsnapshotcount=1\n[0]\noffset=0\nlength=" + std::to_string(data.size()) +
       "\ntype=snapshot\n[1]\noffset=" + std::to_string(data.size()) + "\nlength=";
   const std::string report =
-      "<?xml "
-      "version=\"1.0\"?><plist><array><dict><key>_dataType</key><string>SPUSBDataType</string>"
-      "<key>_items</key><array><dict><key>a</key></dict></array></dict></array></plist>";
+      "<?xml version=\"1.0\"?><plist><array><dict>"
+      "<key>_dataType</key><string>SPUSBDataType</string><key>_items</key>"
+      "<array><dict><key>a</key></dict></array></dict></array></plist>";
   EXPECT_EQ(messageOf(fileOfOne("customdata", zlibStream(report))),
             "a part of the profiler's report cannot be read");
   const std::string more = zlibStream("mara");

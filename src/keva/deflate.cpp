@@ -24,7 +24,7 @@ Deflater::~Deflater() {
   deflateEnd(stream_.get());
 }
 
-void Deflater::write(std::string_view piece) {
+std::string_view Deflater::writeChunks(std::string_view piece) {
   // A chunk is not deflated as soon as it is full: the last one ends the stream, and it has
   // something in it.
   while (piece.size() > kChunk - filled_) {
@@ -33,12 +33,7 @@ void Deflater::write(std::string_view piece) {
     piece.remove_prefix(fitting.size());
     deflateChunk(Z_NO_FLUSH);
   }
-  add(piece);
-}
-
-void Deflater::add(std::string_view fitting) {
-  std::copy(fitting.begin(), fitting.end(), chunk_.data() + filled_);
-  filled_ += fitting.size();
+  return piece;
 }
 
 std::string Deflater::finish() {

@@ -1,11 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "keva/tag.h"
 
 struct z_stream_s;  // zlib's
 
@@ -27,20 +26,27 @@ inline constexpr DeflateSite kFileSite{"keva/HUXfile", 290, 298, 302};  // raw d
 // Makes one zlib stream (RFC 1950, level 9) of what is written to it, in chunks of 16384 bytes. A
 // stream that zlib cannot begin (it is out of memory) or does not bring to its end fails an
 // assertion of `site` and ends the program: a snapshot is never cut short.
-class Deflater : public TextSink {
+class Deflater {
  public:
   explicit Deflater(const DeflateSite& site);
   Deflater(const Deflater&) = delete;
   Deflater& operator=(const Deflater&) = delete;
-  ~Deflater() override;
+  ~Deflater();
 
-  void write(std::string_view piece) override;
+  void write(std::string_view piece) {
+    if (piece.size() > chunk_.size() - filled_) piece = writeChunks(piece);
+    add(piece);
+  }
 
   // Ends the stream and hands it over; nothing can be written after that.
   std::string finish();
 
  private:
-  void add(std::string_view fitting);  // to the chunk
+  void add(std::string_view fitting) {  // to the chunk
+    std::copy(fitting.begin(), fitting.end(), chunk_.data() + filled_);
+    filled_ += fitting.size();
+  }
+  std::string_view writeChunks(std::string_view piece);  // returns its end, which fits
   void deflateChunk(int flush);
 
   const DeflateSite& site_;

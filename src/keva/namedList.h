@@ -67,8 +67,13 @@ class NamedList {
   // The first node of that name; null when there is none.
   Node* find(std::string_view name) const {
     if (size_ < kIndexFrom) {
-      for (Node* node : *this) {
-        if (node->name() == name) return node;
+      for (Node& node : first_) {
+        if (node.name() == name) return &node;
+      }
+      for (std::vector<Node>& block : more_) {
+        for (Node& node : block) {
+          if (node.name() == name) return &node;
+        }
       }
       return nullptr;
     }
@@ -131,7 +136,7 @@ class NamedList {
 
   void buildIndex() const {
     index_ = std::make_unique<Index>();
-    index_->byName.reserve(2 * size_);
+    index_->byName.reserve(std::max(2 * size_, first_.capacity()));
     for (Node* node : *this) index_->byName.try_emplace(node->name(), node);
   }
 

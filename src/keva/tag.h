@@ -9,17 +9,12 @@
 #include "keva/namedList.h"
 #include "keva/tagValue.h"
 
+class Deflater;
+
 // The node of the tag tree. A tag owns its children, attributes, properties and value: pointers
 // that the operations return stay its own, and live as long as it does, those to children until
 // reorderChildren. There is no parent pointer and nothing removes a node. Look-ups that find
 // nothing return null.
-
-// Takes a text piece by piece.
-class TextSink {
- public:
-  virtual ~TextSink() = default;
-  virtual void write(std::string_view piece) = 0;
-};
 
 // An annotation of a tag or of an attribute. Its text is kept as given, without normal form: what
 // comes from outside comes from a TagValue, which has it.
@@ -123,6 +118,9 @@ class Tag {
   std::size_t childCount() const { return children_.size(); }
   const NamedList<Tag>& children() const { return children_; }
 
+  // Says how many children are likely to come, at most, so that a long list is made in one piece.
+  void expectChildren(std::size_t count) { children_.expect(count); }
+
   // Puts the children into another order; see NamedList::reorder.
   void reorderChildren(const std::vector<std::size_t>& order) { children_.reorder(order); }
 
@@ -191,8 +189,8 @@ class Tag {
   // also mentioned on standard error, as a trace for support.
   unsigned writeText(char* buffer, unsigned offset, bool noEndMark, bool noChildren) const;
 
-  // The same, piece by piece, to whoever takes it.
-  void writeText(TextSink& sink, bool noEndMark, bool noChildren) const;
+  // The same, as part of a compressed stream.
+  void writeText(Deflater& stream, bool noEndMark, bool noChildren) const;
 
   // Estimated length of the text form, in bytes; the sectioned blobs state it as a length. It
   // counts a leaf's children although they are not written, of a holder the first child alone, and

@@ -3,6 +3,7 @@
 
 #include "base/console.h"
 #include "base/formatString.h"
+#include "keva/deflate.h"
 #include "keva/tag.h"
 
 namespace {
@@ -11,11 +12,11 @@ constexpr std::string_view kHeader = "\xEF\xBB\xBF?keva\n";
 
 // Writes texts one behind the other into memory; after each stands a NUL that the next one
 // overwrites.
-class Buffer : public TextSink {
+class Buffer {
  public:
   explicit Buffer(char* start) : start_(start), end_(start) {}
 
-  void write(std::string_view text) override {
+  void write(std::string_view text) {
     std::memcpy(end_, text.data(), text.size());
     end_ += text.size();
     *end_ = '\0';
@@ -28,9 +29,11 @@ class Buffer : public TextSink {
   char* end_;
 };
 
+// `Sink` has write(std::string_view), which takes a text piece by piece.
+template <typename Sink>
 class TextWriter {
  public:
-  explicit TextWriter(TextSink& sink) : sink_(sink) {}
+  explicit TextWriter(Sink& sink) : sink_(sink) {}
 
   void writeValue(const TagValue& value) {
     switch (value.kind()) {
@@ -101,7 +104,7 @@ class TextWriter {
  private:
   void write(std::string_view text) { sink_.write(text); }
 
-  TextSink& sink_;
+  Sink& sink_;
 };
 
 unsigned valueSize(const TagValue& value) {
@@ -133,12 +136,12 @@ unsigned propertiesSize(const std::vector<TagProperty>& properties) {
 
 unsigned Tag::writeText(char* buffer, unsigned offset, bool noEndMark, bool noChildren) const {
   Buffer memory(buffer + offset);
-  writeText(memory, noEndMark, noChildren);
+  TextWriter(memory).writeTag(*this, noEndMark, noChildren);
   return memory.length();
 }
 
-void Tag::writeText(TextSink& sink, bool noEndMark, bool noChildren) const {
-  TextWriter(sink).writeTag(*this, noEndMark, noChildren);
+void Tag::writeText(Deflater& stream, bool noEndMark, bool noChildren) const {
+  TextWriter(stream).writeTag(*this, noEndMark, noChildren);
 }
 
 unsigned Tag::textSize(bool noChildren) const {

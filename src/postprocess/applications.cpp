@@ -36,6 +36,7 @@ void PostProcessApplications(kevaDoc& snapshot, const kevaDoc& raw) {
   const std::vector<Item> applications = items(raw, "SPApplicationsDataType");
   if (applications.empty()) return;
   Tag& software = branch(snapshot, {"Software"});
+  software.expectChildren(applications.size());
   for (const Item& application : applications) {
     Tag& tag = *software.setChild(tagName(application), TagValue(application.text("_name")));
     tag.expectAttributes(std::size(kApplication) + 2);

@@ -168,13 +168,12 @@ class Reader {
     return SharedText(std::move(text));
   }
 
-  Value readArray(pugi::xml_node element, int depth) const {
+  Value readArray(const pugi::xml_node& element, int depth) const {
     PropertyList::Array array;
     const bool valid = forEachElement(element, [&](const pugi::xml_node& child) {
       Value value = read(child, depth);
       if (!value) return false;
       array.push_back(std::move(*value));
-      element.remove_child(child);  // no deeper than what was read: it goes level by level
       return true;
     });
     if (!valid) return std::nullopt;

@@ -15,7 +15,7 @@ TOOLS = {
 for name; do type=$name; done
 case $type in SP*) ;; *) type=SPApplicationsDataType ;; esac
 if [ -f "$MACHINE/$type" ]; then exec cat "$MACHINE/$type"; fi
-exec cat "$MACHINE/nothing"
+exec sed "s/TYPE/$type/" "$MACHINE/nothing"
 """,
     "ps": "echo '501 /usr/libexec/daemon --flag --other'\n",
     "env": """
@@ -98,8 +98,8 @@ def volume(number, chance):
     ]
 
 
-def write_type(folder, name, items):
-    with open(os.path.join(folder, name), "w") as file:
+def write_type(folder, name, items, file_name=None):
+    with open(os.path.join(folder, file_name or name), "w") as file:
         file.write(PROLOG + f"\t<dict>\n\t\t<key>_dataType</key>\n\t\t<string>{name}</string>\n"
                    "\t\t<key>_items</key>\n\t\t<array>\n")
         file.writelines(items)
@@ -110,8 +110,7 @@ def write_machine(folder, applications=0, volumes=0, users=0, environment=0):
     """A folder for MACHINE; `environment` is the length of one variable in bytes."""
     os.makedirs(folder)
     chance = random.Random(17)
-    with open(os.path.join(folder, "nothing"), "w") as file:
-        file.write(PROLOG + EPILOGUE)
+    write_type(folder, "TYPE", [], file_name="nothing")  # as of a Mac without printers
     if applications:
         write_type(folder, "SPApplicationsDataType",
                    (dictionary(application(i, chance), "\t\t\t") for i in range(applications)))

@@ -147,9 +147,10 @@ class Bench:
         self.milliseconds(f"{count:,} volumes: the agent itself", median(self.scan("volumes"), "own"))
 
     def output(self, length):
-        self.machine("output", environment=length)
-        peak = median(self.scan("output", times=1), "peak")
-        size = length + os.path.getsize(self.snapshot("output"))
+        machine = f"output-{length}"
+        self.machine(machine, environment=length)
+        peak = median(self.scan(machine, times=1), "peak")
+        size = length + os.path.getsize(self.snapshot(machine))
         self.ratio(f"{length / MEGABYTE:.0f} MB of env: peak memory / output and file", peak / size,
                    "at most 2.2")
 

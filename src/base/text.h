@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,15 @@ std::string FirstWord(std::string_view text);
 // How often `needle` occurs, each occurrence searched behind the one before. An empty needle
 // occurs nowhere.
 std::size_t CountOccurrences(std::string_view text, std::string_view needle);
+
+// Whether a character is such a one: for texts that mostly hold none. No character is a way out,
+// and conditions are best joined by "|", so that compilers take many at a time.
+template <typename Predicate>
+bool holds(std::string_view text, const Predicate& isSuch) {
+  std::uint8_t found = 0;
+  for (const char c : text) found |= static_cast<std::uint8_t>(isSuch(c));
+  return found != 0;
+}
 
 std::string toUpper(std::string_view text);
 std::string toLower(std::string_view text);

@@ -1,7 +1,5 @@
 #include "machine/cleanText.h"
 
-#include <algorithm>
-
 #include "base/text.h"
 #include "base/utf8.h"
 
@@ -18,10 +16,8 @@ bool isControl(std::string_view character) {
 }  // namespace
 
 std::string cleanText(std::string_view text) {
-  const auto needsCare = [](char c) { return c < ' ' || c > '~'; };
-  const auto plain = std::ranges::find_if(text, needsCare) - text.begin();
-  std::string clean(text.substr(0, static_cast<std::size_t>(plain)));  // nearly always all of it
-  text.remove_prefix(static_cast<std::size_t>(plain));
+  if (!holds(text, [](char c) { return (c < ' ') | (c > '~'); })) return std::string(text);
+  std::string clean;
   while (!text.empty()) {
     const std::size_t length = utf8SequenceLength(text);
     const std::string_view character = text.substr(0, length);

@@ -1,30 +1,27 @@
 #include "show/csv.h"
 
-#include <algorithm>
 #include <variant>
 
+#include "base/text.h"
 #include "machine/valueText.h"
 
 namespace show {
 
 namespace {
 
-bool isOneOf(char c, std::string_view characters) {
-  return characters.find(c) != std::string_view::npos;
-}
-
 void addText(std::string_view text, std::string& line) {
-  const bool formula = !text.empty() && isOneOf(text.front(), "=+-@\t\r\n");
-  const bool plain = std::ranges::none_of(
-      text, [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; });
-  if (!plain) line += '"';
+  constexpr std::string_view kFormula = "=+-@\t\r\n";
+  const bool formula = !text.empty() && kFormula.find(text.front()) != std::string_view::npos;
+  const bool quoted =
+      holds(text, [](char c) { return (c == ',') | (c == '"') | (c == '\r') | (c == '\n'); });
+  if (quoted) line += '"';
   if (formula) line += '\'';
-  if (plain) {
-    line += text;
-    return;
+  for (std::size_t mark; (mark = text.find('"')) != std::string_view::npos;) {
+    line.append(text.substr(0, mark)).append("\"\"");
+    text.remove_prefix(mark + 1);
   }
-  for (const char c : text) line.append(c == '"' ? 2 : 1, c);
-  line += '"';
+  line += text;
+  if (quoted) line += '"';
 }
 
 void addCell(const machine::Value& value, std::string& line) {

@@ -72,15 +72,29 @@ bool overlaps(const std::vector<Range>& ranges, std::size_t begin, std::size_t e
   return next != ranges.begin() && std::prev(next)->second > begin;
 }
 
-std::vector<Edit> chosen(std::vector<Edit> edits) {
-  std::ranges::stable_sort(edits, [](const Edit& a, const Edit& b) {
+void Edits::add(Edit edit) {
+  edits_.push_back(std::move(edit));
+  if (edits_.size() < most_) return;
+  keepLongest();
+  most_ = std::max(most_, 2 * edits_.size());
+}
+
+void Edits::keepLongest() {
+  std::ranges::stable_sort(edits_, [](const Edit& a, const Edit& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;
   });
-  std::vector<Edit> kept;
-  for (Edit& edit : edits) {
-    if (kept.empty() || edit.begin >= kept.back().end) kept.push_back(std::move(edit));
+  const auto rest = std::ranges::unique(edits_, {}, &Edit::begin);
+  edits_.erase(rest.begin(), rest.end());
+}
+
+std::vector<Edit> Edits::take() {
+  keepLongest();
+  std::vector<Edit> apart;
+  for (Edit& edit : edits_) {
+    if (apart.empty() || edit.begin >= apart.back().end) apart.push_back(std::move(edit));
   }
-  return kept;
+  edits_.clear();
+  return apart;
 }
 
 void addElementNames(std::string_view text, std::vector<Range>& ranges) {

@@ -27,8 +27,21 @@ struct Edit {
   bool part;  // of the secret, not the whole of it
 };
 
-// The longest of what begins first; nothing that overlaps it.
-std::vector<Edit> chosen(std::vector<Edit> edits);
+// Collects edits in any order. Of a text within which every beginning is that of 250 numbers, and
+// so many are its secrets, no more are kept than it has beginnings.
+class Edits {
+ public:
+  void add(Edit edit);
+
+  // In order: the longest of what begins first, and nothing that overlaps it. There are none left.
+  std::vector<Edit> take();
+
+ private:
+  void keepLongest();  // of what begins at the same place, the first of equal ones
+
+  std::vector<Edit> edits_;
+  std::size_t most_ = 1024;  // before that is done again
+};
 
 // Adds where the names of a property list's elements stand: they are nobody's name, whoever is
 // called so too.

@@ -405,7 +405,7 @@ void Finder::findPlaces(std::string_view text, Form form, Found& found) const {
     }
     if (!edit) return;
     found.whole.emplace_back(edit->begin, edit->end);
-    found.edits.push_back(std::move(*edit));
+    found.edits.add(std::move(*edit));
   });
   if (form == Form::Profile) {
     addElementNames(text, found.whole);
@@ -423,13 +423,13 @@ void Finder::give(std::string_view text, Range range, const Pattern& pattern, Fo
   if (pattern.common && rangeAround(found.places, begin, end) == nullptr) return;
   if (const Range* const number = rangeAround(found.numbers, begin, end)) {
     // All of it: what stays beside a token would be digits that can make the secret again.
-    found.edits.push_back({number->first, number->second, pattern.secret,
-                           std::to_string(secrets_->numberOf(pattern.secret)), pattern.part});
+    found.edits.add({number->first, number->second, pattern.secret,
+                     std::to_string(secrets_->numberOf(pattern.secret)), pattern.part});
     return;
   }
   std::string token = rendered(secret, text.substr(begin, end - begin));
   if (runsOn(text, end, token)) token += '_';
-  found.edits.push_back({begin, end, pattern.secret, std::move(token), pattern.part});
+  found.edits.add({begin, end, pattern.secret, std::move(token), pattern.part});
 }
 
 std::vector<Edit> Finder::find(std::string_view text, Form form) const {
@@ -459,7 +459,7 @@ std::vector<Edit> Finder::find(std::string_view text, Form form) const {
     if (const auto id = idOf(shape.canonical))
       give(text, plain.origin(shape.begin, shape.end), {.text = {}, .secret = *id}, found);
   });
-  std::vector<Edit> edits = chosen(std::move(found.edits));
+  std::vector<Edit> edits = found.edits.take();
   return form == Form::Document ? withinLines(text, std::move(edits)) : edits;
 }
 

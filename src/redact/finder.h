@@ -44,8 +44,9 @@ class Finder {
     bool person = false;    // names one
   };
 
-  struct Found {  // each in the order of the text
-    std::vector<Edit> edits;
+  struct Found {
+    Edits edits;
+    // In the order of the text:
     std::vector<Range> whole;   // replaced, or left, as they are
     std::vector<Range> places;  // where common words count
     std::vector<Range> tokens;

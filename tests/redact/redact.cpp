@@ -1,4 +1,5 @@
 #include "redact/redact.h"
+#include "redact/edits.h"
 
 #include <gtest/gtest.h>
 
@@ -70,6 +71,24 @@ TEST(Redact, EditsTheValuesOfTheHeaderButThoseOfTheFormat) {
   EXPECT_NE(edited.find("\ntype=customdata\n"), std::string::npos) << edited;
   EXPECT_EQ(result->counts[static_cast<std::size_t>(Kind::User)].values, 5U);
   EXPECT_EQ(result->parts, std::set<std::string>{"quill"});
+}
+
+// So many that they are thinned out on the way.
+TEST(Redact, TakesTheLongestOfManyTextsWithinEachOther) {
+  constexpr std::size_t kPlaces = 4000;
+  constexpr std::size_t kApart = 4;
+  redact::Edits edits;
+  for (std::size_t i = kPlaces; i-- > 0;) {
+    for (const std::size_t length : {3, 5, 5, 2})
+      edits.add({i * kApart, i * kApart + length, i, length == 5 ? "longest" : "", false});
+    edits.add({i * kApart, i * kApart + 5, i, "later", false});
+  }
+  const std::vector<redact::Edit> taken = edits.take();
+  ASSERT_EQ(taken.size(), kPlaces / 2);
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    EXPECT_EQ(taken[i].begin, 2 * kApart * i);
+    EXPECT_EQ(taken[i].text, "longest") << i;
+  }
 }
 
 TEST(Redact, RefusesWhatItCannotRead) {

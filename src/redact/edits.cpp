@@ -83,8 +83,8 @@ void Edits::keepLongest() {
   std::ranges::stable_sort(edits_, [](const Edit& a, const Edit& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;
   });
-  const auto rest = std::ranges::unique(edits_, {}, &Edit::begin);
-  edits_.erase(rest.begin(), rest.end());
+  const auto isSamePlace = [](const Edit& a, const Edit& b) { return a.begin == b.begin; };
+  edits_.erase(std::unique(edits_.begin(), edits_.end(), isSamePlace), edits_.end());
 }
 
 std::vector<Edit> Edits::take() {

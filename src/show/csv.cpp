@@ -16,7 +16,7 @@ void addText(std::string_view text, std::string& line) {
       holds(text, [](char c) { return (c == ',') | (c == '"') | (c == '\r') | (c == '\n'); });
   if (quoted) line += '"';
   if (formula) line += '\'';
-  for (std::size_t mark; (mark = text.find('"')) != std::string_view::npos;) {
+  for (std::size_t mark = 0; (mark = text.find('"')) != std::string_view::npos;) {
     line.append(text.substr(0, mark)).append("\"\"");
     text.remove_prefix(mark + 1);
   }

@@ -113,6 +113,11 @@ bool restrictToReading(Database& database) {
          sqlite3_set_authorizer(connection, authorize, nullptr) == SQLITE_OK;
 }
 
+std::string problemOf(const Database& database) {
+  const bool refused = sqlite3_errcode(database.handle()) == SQLITE_AUTH;
+  return refused ? "a query can only read" : database.problem();
+}
+
 bool isComplete(const std::string& sql) {
   return sqlite3_complete(sql.c_str()) != 0;
 }
@@ -124,10 +129,9 @@ Result<Statement> compileQuery(Database& database, std::string_view text, std::s
   Result<Statement> statement = database.prepare(sql, &end);
   at = begin + end;
   if (statement) return statement;
-  const std::string problem = statement.error().message;
-  if (problem == "not authorized") return Error{"a query can only read"};
+  const std::string problem = problemOf(database);
   const auto place = placeOf(problem, sql, end);
-  if (!place) return statement;
+  if (!place) return Error{problem};
   return Error{problem +
                formatString(", at character %zu", utf8Length(text.substr(0, begin + *place)) + 1)};
 }

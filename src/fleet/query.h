@@ -23,6 +23,9 @@ bool restrictToReading(Database& database);
 // error says where it was met, as "character 10" of the text, when that is known.
 huxread::Result<Statement> compileQuery(Database& database, std::string_view text, std::size_t& at);
 
+// What ended the last query, in words.
+std::string problemOf(const Database& database);
+
 // Whether the last statement of a text is ended by a ";".
 bool isComplete(const std::string& sql);
 

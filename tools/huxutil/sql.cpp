@@ -167,7 +167,7 @@ class Session {
       if (at == std::string_view::npos) return kDone;
       auto query = compileQuery(database_, sql, at);
       if (!query) return fail(query.error().message);
-      if (*query && !print(*query)) return fail(database_.problem());
+      if (*query && !print(*query)) return fail(fleet::problemOf(database_));
     }
   }
 

@@ -15,7 +15,7 @@ TOOLS = {
 for name; do type=$name; done
 case $type in SP*) ;; *) type=SPApplicationsDataType ;; esac
 if [ -f "$MACHINE/$type" ]; then exec cat "$MACHINE/$type"; fi
-exec sed "s/TYPE/$type/" "$MACHINE/nothing"
+exec sed "s/>TYPE</>$type</" "$MACHINE/nothing"
 """,
     "ps": "echo '501 /usr/libexec/daemon --flag --other'\n",
     "env": """
@@ -72,8 +72,8 @@ def application(number, chance):
         ("_name", f"Application {number}"),
         ("app_store", "no"),
         ("has64BitIntelCode", "yes"),
-        ("info", f"{version}, Copyright 2005-{year} {maker} All rights reserved &amp; so on in all countries "
-                 "of the world and beyond."),
+        ("info", f"{version}, {'Copyright' if number % 2 else '©'} 2005-{year} {maker} All rights reserved &amp; "
+                 "so on in all countries of the world and beyond."),
         ("lastModified", f"{year}-{1 + chance.randrange(12):02}-{1 + chance.randrange(28):02}T"
                          f"{chance.randrange(24):02}:{chance.randrange(60):02}:{chance.randrange(60):02}Z"),
         ("location", folder),
@@ -99,7 +99,7 @@ def volume(number, chance):
 
 
 def write_type(folder, name, items, file_name=None):
-    with open(os.path.join(folder, file_name or name), "w") as file:
+    with open(os.path.join(folder, file_name or name), "w", encoding="utf-8") as file:
         file.write(PROLOG + f"\t<dict>\n\t\t<key>_dataType</key>\n\t\t<string>{name}</string>\n"
                    "\t\t<key>_items</key>\n\t\t<array>\n")
         file.writelines(items)

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The text form, and zero bytes behind it.
+// Whether it is the text form of the document; behind that stand zero bytes.
 bool isWritten(std::string_view text, kevaDoc& document) {
   const std::string written = document.pack(false, false);
   return written.starts_with(text) &&

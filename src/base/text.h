@@ -20,12 +20,13 @@ std::string FirstWord(std::string_view text);
 // occurs nowhere.
 std::size_t CountOccurrences(std::string_view text, std::string_view needle);
 
-// Whether a character is such a one: for texts that mostly hold none. No character is a way out,
-// and conditions are best joined by "|", so that compilers take many at a time.
+// Whether any character satisfies the predicate. It always walks the whole text, without an early
+// return, so that compilers take many characters at a time (conditions in it are best joined by
+// "|"): for texts in which mostly none does.
 template <typename Predicate>
-bool holds(std::string_view text, const Predicate& isSuch) {
+bool holdsAny(std::string_view text, const Predicate& predicate) {
   std::uint8_t found = 0;
-  for (const char c : text) found |= static_cast<std::uint8_t>(isSuch(c));
+  for (const char c : text) found |= static_cast<std::uint8_t>(predicate(c));
   return found != 0;
 }
 

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr std::size_t kLong = std::size_t{1} << 20;  // bytes
-
 // Where `count` more bytes can be put, behind those of the text. Its room grows in large steps as
 // long as it is not large itself: what is never written to costs nothing, and little has to be
 // copied.
@@ -39,8 +37,10 @@ std::string runCommand(platform::Host& host, const std::string& command, std::ui
   };
   for (int attempt = 0; attempt < kAttempts && count == 0; ++attempt) readMore();
   while (count == size && !output->atEnd()) readMore();
-  // A short text is kept without the room for a long one; a long one stays where it is.
-  if (result.size() < kLong) result.shrink_to_fit();
+  // A short text gives its room back. Of a long one that would be a copy, while room that was never
+  // written to costs nothing.
+  constexpr std::size_t kShort = std::size_t{1} << 20;  // bytes
+  if (result.size() < kShort) result.shrink_to_fit();
   totalLength = static_cast<std::uint32_t>(result.size());
   return result;
 }

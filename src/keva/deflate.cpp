@@ -2,7 +2,6 @@
 
 #include <zlib.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "base/assertion.h"
@@ -27,8 +26,8 @@ Deflater::~Deflater() {
 std::string_view Deflater::writeChunks(std::string_view piece) {
   // A chunk is not deflated as soon as it is full: the last one ends the stream, and it has
   // something in it.
-  while (piece.size() > kChunk - filled_) {
-    const std::string_view fitting = piece.substr(0, kChunk - filled_);
+  while (piece.size() > room()) {
+    const std::string_view fitting = piece.substr(0, room());
     add(fitting);
     piece.remove_prefix(fitting.size());
     deflateChunk(Z_NO_FLUSH);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,7 +35,7 @@ class Deflater {
   ~Deflater();
 
   void write(std::string_view piece) {
-    if (piece.size() > chunk_.size() - filled_) piece = writeChunks(piece);
+    if (piece.size() > room()) piece = writeChunks(piece);
     add(piece);
   }
 
@@ -42,6 +43,7 @@ class Deflater {
   std::string finish();
 
  private:
+  std::size_t room() const { return chunk_.size() - filled_; }
   void add(std::string_view fitting) {  // to the chunk
     std::copy(fitting.begin(), fitting.end(), chunk_.data() + filled_);
     filled_ += fitting.size();

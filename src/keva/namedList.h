@@ -67,13 +67,8 @@ class NamedList {
   // The first node of that name; null when there is none.
   Node* find(std::string_view name) const {
     if (size_ < kIndexFrom) {
-      for (Node& node : first_) {
-        if (node.name() == name) return &node;
-      }
-      for (std::vector<Node>& block : more_) {
-        for (Node& node : block) {
-          if (node.name() == name) return &node;
-        }
+      for (Node* node : *this) {
+        if (node->name() == name) return node;
       }
       return nullptr;
     }
@@ -82,7 +77,7 @@ class NamedList {
     return found == index_->byName.end() ? nullptr : found->second;
   }
 
-  // Says that so many nodes are likely to come: an empty list then takes no more room than they.
+  // Says of an empty list that so many nodes are likely to come: it takes no more room than they.
   void expect(std::size_t count) {
     if (first_.capacity() == 0) first_.reserve(count);
   }

@@ -118,7 +118,8 @@ class Tag {
   std::size_t childCount() const { return children_.size(); }
   const NamedList<Tag>& children() const { return children_; }
 
-  // Says how many children are likely to come, at most, so that a long list is made in one piece.
+  // Says of a tag without children how many are likely to come, at most, so that a long list is
+  // made in one piece.
   void expectChildren(std::size_t count) { children_.expect(count); }
 
   // Puts the children into another order; see NamedList::reorder.

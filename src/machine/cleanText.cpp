@@ -1,5 +1,7 @@
 #include "machine/cleanText.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "base/utf8.h"
 
@@ -16,9 +18,14 @@ bool isControl(std::string_view character) {
 }  // namespace
 
 std::string cleanText(std::string_view text) {
-  if (!holds(text, [](char c) { return (c < ' ') | (c > '~'); })) return std::string(text);
+  const auto needsCare = [](char c) { return (c < ' ') | (c > '~'); };
+  if (!holdsAny(text, needsCare)) return std::string(text);
   std::string clean;
-  while (!text.empty()) {
+  for (;;) {
+    const auto* const rest = std::ranges::find_if(text, needsCare);
+    clean.append(text.begin(), rest);
+    text.remove_prefix(static_cast<std::size_t>(rest - text.begin()));
+    if (text.empty()) return clean;
     const std::size_t length = utf8SequenceLength(text);
     const std::string_view character = text.substr(0, length);
     if (text.starts_with("\r\n")) {
@@ -34,7 +41,6 @@ std::string cleanText(std::string_view text) {
     }
     text.remove_prefix(length == 0 ? 1 : length);
   }
-  return clean;
 }
 
 Value textValue(std::string_view text) {

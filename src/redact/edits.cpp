@@ -74,9 +74,9 @@ bool overlaps(const std::vector<Range>& ranges, std::size_t begin, std::size_t e
 
 void Edits::add(Edit edit) {
   edits_.push_back(std::move(edit));
-  if (edits_.size() < most_) return;
+  if (edits_.size() < thinAt_) return;
   keepLongest();
-  most_ = std::max(most_, 2 * edits_.size());
+  thinAt_ = std::max(thinAt_, 2 * edits_.size());
 }
 
 void Edits::keepLongest() {

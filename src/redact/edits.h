@@ -27,8 +27,9 @@ struct Edit {
   bool part;  // of the secret, not the whole of it
 };
 
-// Collects edits in any order. Of a text within which every beginning is that of 250 numbers, and
-// so many are its secrets, no more are kept than it has beginnings.
+// Collects edits in any order. Of those that begin at the same place only the longest can be taken;
+// the others are dropped from time to time, so that no more than about twice the places where edits
+// begin are held.
 class Edits {
  public:
   void add(Edit edit);
@@ -37,10 +38,10 @@ class Edits {
   std::vector<Edit> take();
 
  private:
-  void keepLongest();  // of what begins at the same place, the first of equal ones
+  void keepLongest();  // of those that begin at the same place; of equal ones the first
 
   std::vector<Edit> edits_;
-  std::size_t most_ = 1024;  // before that is done again
+  std::size_t thinAt_ = 1024;  // so many edits: keepLongest() again
 };
 
 // Adds where the names of a property list's elements stand: they are nobody's name, whoever is

@@ -13,10 +13,10 @@ void addText(std::string_view text, std::string& line) {
   constexpr std::string_view kFormula = "=+-@\t\r\n";
   const bool formula = !text.empty() && kFormula.find(text.front()) != std::string_view::npos;
   const bool quoted =
-      holds(text, [](char c) { return (c == ',') | (c == '"') | (c == '\r') | (c == '\n'); });
+      holdsAny(text, [](char c) { return (c == ',') | (c == '"') | (c == '\r') | (c == '\n'); });
   if (quoted) line += '"';
   if (formula) line += '\'';
-  for (std::size_t mark = 0; (mark = text.find('"')) != std::string_view::npos;) {
+  for (auto mark = text.find('"'); mark != std::string_view::npos; mark = text.find('"')) {
     line.append(text.substr(0, mark)).append("\"\"");
     text.remove_prefix(mark + 1);
   }

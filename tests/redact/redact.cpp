@@ -1,11 +1,11 @@
 #include "redact/redact.h"
-#include "redact/edits.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "huxread/handmade.h"
+#include "redact/edits.h"
 #include "support/fakeHost.h"
 
 // What it tells of a file; what becomes of secrets is in tests/golden/planted.txt.

@@ -108,8 +108,7 @@ class DictionaryBuilder {
 template <typename Take>
 bool forEachElement(const pugi::xml_node& container, const Take& take) {
   if (!isBlank(container.value())) return false;
-  for (pugi::xml_node next = container.first_child(); next;) {
-    const pugi::xml_node part = std::exchange(next, next.next_sibling());
+  for (const pugi::xml_node& part : container) {
     switch (part.type()) {
       case pugi::node_element:
         if (!take(part)) return false;

@@ -79,7 +79,7 @@ TEST(Redact, TakesTheLongestOfManyTextsWithinEachOther) {
   constexpr std::size_t kApart = 4;
   redact::Edits edits;
   for (std::size_t i = kPlaces; i-- > 0;) {
-    for (const std::size_t length : {3, 5, 5, 2})
+    for (const std::size_t length : {3U, 5U, 5U, 2U})
       edits.add({i * kApart, i * kApart + length, i, length == 5 ? "longest" : "", false});
     edits.add({i * kApart, i * kApart + 5, i, "later", false});
   }
